@@ -1,0 +1,257 @@
+// SPDX-License-Identifier: MIT
+#include "vexacm_compiler_manager.hpp"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <string_view>
+#include <utility>
+
+#include "plugin_text.hpp"
+#include "report.hpp"
+#include "vexacm_library_manager.hpp"
+#include "vexacm_vexaoc_library.hpp"
+
+namespace VexaCM {
+
+namespace {
+
+// Cores that are never offered.
+constexpr std::string_view blacklisted_vexa_cores[] = {"Vexa-100", "Vexa-K350", "Vexa-K370"};
+
+// Deliberate: the reported name is searched inside the listed names, so that
+// "100", "K350" and the empty name are passed over too. Held by
+// Catalogue.PassesOverCoresThatOccurInABlacklistedName.
+bool is_blacklisted(std::string_view core_name) {
+    return std::any_of(
+        std::begin(blacklisted_vexa_cores), std::end(blacklisted_vexa_cores),
+        [&](std::string_view listed) { return listed.find(core_name) != std::string_view::npos; });
+}
+
+// What a plug-in reports about one shading language.
+struct Api_capabilities {
+    std::vector<const char*> versions;
+    std::string extensions; // each with a blank behind it
+
+    std::vector<std::uint32_t> version_numbers() const {
+        std::vector<std::uint32_t> numbers;
+        for (const char* version : versions)
+            numbers.push_back(static_cast<std::uint32_t>(to_int(version)));
+        return numbers;
+    }
+};
+
+// A plug-in's capability list, sorted by key. The texts stay the plug-in's.
+struct Reported_capabilities {
+    explicit Reported_capabilities(const vexaoc_capabilities& capabilities) {
+        for_each_capability(capabilities,
+                            [this](std::string_view key, const char* value) { read(key, value); });
+    }
+
+    const Api_capabilities* find_api(std::string_view compiler_type) const {
+        if (compiler_type == "openglessl")
+            return &openglessl;
+        if (compiler_type == "opencl")
+            return &opencl;
+        return nullptr;
+    }
+
+    std::vector<const char*> compiler_types;
+    Api_capabilities openglessl;
+    Api_capabilities opencl;
+    const char* flexible_version = nullptr;
+    bool prerotate = false;
+
+private:
+    void read(std::string_view key, const char* value) {
+        if (key == "compiler_type")
+            compiler_types.push_back(value);
+        else if (key == "openglessl_version")
+            openglessl.versions.push_back(value);
+        else if (key == "opencl_version")
+            opencl.versions.push_back(value);
+        else if (key == "openglessl_extensions")
+            openglessl.extensions.append(value).append(" ");
+        else if (key == "opencl_extensions")
+            opencl.extensions.append(value).append(" ");
+        else if (key == "flexible_version")
+            flexible_version = value;
+        else if (key == "prerotate")
+            prerotate = prerotate || std::string_view(value) == "true";
+        else if (key != "undefine" && key != "architecture")
+            report_line("Unknown flexible capability. Key: ", key, ", Value: ", value);
+    }
+};
+
+struct Release_capabilities {
+    void operator()(vexaoc_capabilities* capabilities) const {
+        library->release_capabilities(capabilities);
+    }
+    const Vexacm_vexaoc_library* library;
+};
+
+} // namespace
+
+Vexacm_compiler_manager::Vexacm_compiler_manager(std::string directory) {
+    load_compilers(std::move(directory));
+}
+
+// A vector may destroy its elements in either direction; plug-ins close in the
+// catalogue's order with every standard library.
+Vexacm_compiler_manager::~Vexacm_compiler_manager() {
+    for (Vexacm_internal_compiler& compiler : catalogue)
+        const Vexacm_internal_compiler destroyed = std::move(compiler);
+}
+
+void Vexacm_compiler_manager::load_compilers(std::string directory) {
+    const Vexacm_library_manager library_manager(std::move(directory));
+    const auto libraries = library_manager.get_all_libraries();
+    // Deliberate: the first plug-in that fails ends the catalogue, and those
+    // behind it are not looked at. Held by
+    // Catalogue.AFailingPluginEndsTheCatalogueAndKeepsEarlierEntries.
+    for (const auto& library : libraries)
+        if (!add_library(library))
+            return;
+}
+
+bool Vexacm_compiler_manager::add_library(const std::shared_ptr<Vexacm_vexaoc_library>& library) {
+    vexaoc_capabilities capabilities;
+    std::memset(&capabilities, 0, sizeof capabilities);
+    if (library->get_capabilities(&capabilities) != 0) {
+        report_line("Could not get capabilities of library at ", library->get_library_path(), ".");
+        return false;
+    }
+    std::unique_ptr<vexaoc_capabilities, Release_capabilities> owner(&capabilities,
+                                                                     {library.get()});
+    const Reported_capabilities reported(capabilities);
+
+    // Deliberate: on the two ways out below the record is not handed back. Held
+    // by Catalogue.DoesNotHandBackTheRecordWithoutAValidFlexibleVersion.
+    if (!reported.flexible_version) {
+        owner.release();
+        report_line("Driver '", library->get_driver_name(),
+                    "' doesn't report a flexible version string.");
+        return false;
+    }
+    std::int32_t flexible_major = 0;
+    std::int32_t flexible_minor = 0;
+    std::int32_t flexible_patch = 0;
+    if (std::sscanf(reported.flexible_version, "%d.%d.%d", &flexible_major, &flexible_minor,
+                    &flexible_patch) != 3) {
+        owner.release();
+        report_line(
+            "Driver '", library->get_driver_name(),
+            "' doesn't report a valid flexible version string: ", reported.flexible_version);
+        return false;
+    }
+
+    vexaoc_api_version version = {};
+    library->get_api_version(&version);
+
+    const std::size_t block = catalogue.size();
+    for (const char* compiler_type : reported.compiler_types) {
+        const Api_capabilities* const api = reported.find_api(compiler_type);
+        if (!api)
+            continue;
+        const std::vector<std::uint32_t> api_versions = api->version_numbers();
+        const std::uint32_t core_count = list_length(capabilities.num_cores, capabilities.cores);
+        for (std::uint32_t i = 0; i < core_count; ++i) {
+            const char* const core_name = text_or_empty(capabilities.cores[i].core_name);
+            const char* const core_revision = text_or_empty(capabilities.cores[i].core_revision);
+            if (is_blacklisted(core_name))
+                continue;
+            catalogue.emplace_back(version.major, version.minor, version.patch, flexible_major,
+                                   flexible_minor, flexible_patch, library->get_driver_name(),
+                                   core_name, core_revision, compiler_type, api_versions,
+                                   api->extensions, capabilities.binary_output_supported == 1,
+                                   reported.prerotate, library);
+        }
+    }
+
+    // Strictly before, from a test that is true for equals too. Stable, so that
+    // IDs do not depend on the standard library.
+    std::stable_sort(catalogue.begin() + static_cast<std::ptrdiff_t>(block), catalogue.end(),
+                     [](const Vexacm_internal_compiler& a, const Vexacm_internal_compiler& b) {
+                         return !Vexacm_internal_compiler::before(b, a);
+                     });
+    return true;
+}
+
+void Vexacm_compiler_manager::get_manager_version(vexacm_version* version) const {
+    *version = {VEXACM_VERSION_MAJOR, VEXACM_VERSION_MINOR, VEXACM_VERSION_PATCH};
+}
+
+void Vexacm_compiler_manager::get_compilers(unsigned int** compilers, unsigned int* count,
+                                            const char* driver_name, const char* core_name,
+                                            const char* core_revision, const char* api_name,
+                                            const char* binary_output,
+                                            unsigned int api_version) const {
+    if (!compilers || !count) {
+        report_line("Compiler Manager Error: NULL inputs passed to get_compilers");
+        return;
+    }
+    std::vector<unsigned int> matching;
+    for (std::size_t id = 0; id < catalogue.size(); ++id)
+        if (catalogue[id].matches(driver_name, core_name, core_revision, api_name, binary_output,
+                                  api_version))
+            matching.push_back(static_cast<unsigned int>(id));
+
+    // Allocated first: when memory runs out neither output is written.
+    unsigned int* const ids = new unsigned int[matching.size()];
+    std::copy(matching.begin(), matching.end(), ids);
+    *count = static_cast<unsigned int>(matching.size());
+    *compilers = ids;
+}
+
+void Vexacm_compiler_manager::release_compilers(unsigned int** compilers, unsigned int) const {
+    delete[] * compilers;
+    *compilers = nullptr;
+}
+
+const char* Vexacm_compiler_manager::get_driver_name(unsigned int compiler_id) const {
+    return catalogue[compiler_id].get_driver_name();
+}
+
+const char* Vexacm_compiler_manager::get_core_name(unsigned int compiler_id) const {
+    return catalogue[compiler_id].get_core_name();
+}
+
+const char* Vexacm_compiler_manager::get_core_revision(unsigned int compiler_id) const {
+    return catalogue[compiler_id].get_core_revision();
+}
+
+const char* Vexacm_compiler_manager::get_api_name(unsigned int compiler_id) const {
+    return catalogue[compiler_id].get_api_name();
+}
+
+unsigned int Vexacm_compiler_manager::get_highest_api_version(unsigned int compiler_id) const {
+    return catalogue[compiler_id].get_highest_api_version();
+}
+
+const char* Vexacm_compiler_manager::get_extensions(unsigned int compiler_id) {
+    return catalogue[compiler_id].get_extensions();
+}
+
+bool Vexacm_compiler_manager::is_binary_output_supported(unsigned int compiler_id) const {
+    return catalogue[compiler_id].is_binary_output_supported();
+}
+
+bool Vexacm_compiler_manager::is_prerotate_supported(unsigned int compiler_id) const {
+    return catalogue[compiler_id].is_prerotate_supported();
+}
+
+bool Vexacm_compiler_manager::compile(vexaoc_outputs* outputs, const char* source,
+                                      const char* shader_type, const char* const* kernel_names,
+                                      int num_kernel_names, bool binary_output, bool prerotate,
+                                      const char* const* defines, int num_defines,
+                                      unsigned int compiler_id) {
+    return catalogue[compiler_id].compile(outputs, source, shader_type, kernel_names,
+                                          num_kernel_names, binary_output, prerotate, defines,
+                                          num_defines);
+}
+
+void Vexacm_compiler_manager::release_compiler_outputs(vexaoc_outputs* outputs) const {
+    Vexacm_internal_compiler::release_compiler_outputs(outputs);
+}
+
+} // namespace VexaCM

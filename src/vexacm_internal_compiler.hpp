@@ -1,0 +1,104 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "vexaoc.h"
+
+namespace VexaCM {
+
+class Vexacm_vexaoc_library;
+enum class Shader_type : unsigned char;
+
+/// One compiler as callers see it: a plug-in for one core, one core revision
+/// and one shading language.
+class Vexacm_internal_compiler {
+public:
+    Vexacm_internal_compiler(
+        std::uint32_t library_version_major, std::uint32_t library_version_minor,
+        std::uint32_t library_version_patch, std::int32_t flexible_version_major,
+        std::int32_t flexible_version_minor, std::int32_t flexible_version_patch,
+        std::string driver_name, std::string_view reported_core_name,
+        std::string_view core_revision, std::string_view api_name,
+        const std::vector<std::uint32_t>& api_versions, const std::string& extensions,
+        bool binary_output_supported, bool prerotate_supported,
+        const std::shared_ptr<Vexacm_vexaoc_library>& library);
+
+    // The texts live as long as the record.
+    const char* get_driver_name() const { return driver_name.c_str(); }
+    const char* get_core_name() const { return core_name.c_str(); }
+    const char* get_core_revision() const { return core_revision.c_str(); }
+    const char* get_api_name() const { return api_name.c_str(); }
+    std::uint32_t get_highest_api_version() const { return highest_api_version; }
+    bool is_binary_output_supported() const { return binary_output_supported; }
+    bool is_prerotate_supported() const { return prerotate_supported; }
+
+    /// The extension names, each with a blank behind it. Unless the plug-in
+    /// reported them, the first call finds them out by test compiles.
+    const char* get_extensions();
+
+    /// Whether the record passes every filter; a null text passes all.
+    bool matches(const char* driver_name, const char* core_name, const char* core_revision,
+                 const char* api_name, const char* binary_output,
+                 std::uint32_t minimum_api_version) const;
+
+    /// Checks a request, sends it to the plug-in, and copies what it returns
+    /// into `outputs`, which is zeroed first. What goes wrong is reported.
+    bool compile(vexaoc_outputs* outputs, const char* source, const char* shader_type,
+                 const char* const* kernel_names, int num_kernel_names, bool binary_output,
+                 bool prerotate, const char* const* defines, int num_defines);
+
+    /// The order of records: the highest core first, then the highest revision.
+    /// True, too, when core and revision are equal.
+    static bool before(const Vexacm_internal_compiler& a, const Vexacm_internal_compiler& b);
+
+    /// Both write the numbers they find, leave the others alone, and return true.
+    static bool parse_core_name(const std::string& core_display_name, std::uint32_t* core_number);
+    static bool parse_core_revision(const std::string& core_revision,
+                                    std::uint32_t* revision_numbers);
+
+    static std::string get_core_display_name(const std::string& core_name);
+    static std::uint32_t
+    get_actual_highest_api_version(const std::string& core_display_name,
+                                   const std::string& api_name,
+                                   const std::vector<std::uint32_t>& api_versions);
+
+    static void string_copy(const char** destination, const char* source);
+    static void copy_compiler_outputs(vexaoc_outputs* destination, const vexaoc_outputs* source);
+    static void release_compiler_outputs(vexaoc_outputs* outputs);
+
+private:
+    bool check_request(const char* source, const char* shader_type, int num_kernel_names,
+                       bool prerotate, Shader_type* type);
+    bool check_gles_request(Shader_type type, int num_kernel_names);
+    bool check_gles_extension(std::string_view extension, std::string_view shaders);
+    bool call_plugin(vexaoc_inputs* inputs, vexaoc_outputs* outputs) const;
+    std::string probe_gles_extensions();
+    std::string probe_opencl_extensions();
+
+    // Kept for operations to come that depend on the plug-in's versions.
+    [[maybe_unused]] std::uint32_t library_version_major;
+    [[maybe_unused]] std::uint32_t library_version_minor;
+    [[maybe_unused]] std::uint32_t library_version_patch;
+    [[maybe_unused]] std::int32_t flexible_version_major;
+    [[maybe_unused]] std::int32_t flexible_version_minor;
+    [[maybe_unused]] std::int32_t flexible_version_patch;
+
+    std::string driver_name;
+    std::string core_name;          // as shown to callers
+    std::string reported_core_name; // as the plug-in spells it and gets it back
+    std::string core_revision;
+    std::string api_name;
+    std::uint32_t highest_api_version;
+    std::string extensions;
+    bool extensions_known;
+    bool binary_output_supported;
+    bool prerotate_supported;
+    std::shared_ptr<Vexacm_vexaoc_library> library;
+};
+
+} // namespace VexaCM
