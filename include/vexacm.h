@@ -11,23 +11,25 @@
  * Rules that hold for every function:
  *
  * - Call vexacm_initialize_libraries() first. Until then, and again after
- *   vexacm_release_libraries(), every other function writes one line to
- *   standard error, touches none of its arguments and returns null, 0 or
+ *   vexacm_release_libraries(), every function but these two writes one line
+ *   to standard error, touches none of its arguments and returns null, 0 or
  *   false. Except where a function's note says otherwise the line is
  *   "Compiler Manager Error: Please call vexacm_initialize_librariesbefore
  *   using other functions." (on one line; the missing blank is part of it).
  * - Compilers are known by ID: numbers from 0 up, as handed out by
  *   vexacm_get_compilers(), which stay the same until
- *   vexacm_release_libraries(). IDs are not checked: one that was not handed
- *   out is undefined behaviour.
+ *   vexacm_release_libraries() or another vexacm_initialize_libraries(). IDs
+ *   are not checked: one that was not handed out is undefined behaviour.
  * - Texts are NUL-terminated 8-bit strings, compared byte by byte and never
  *   recoded. A text that the library returns belongs to the library, is not to
  *   be changed or freed, and is valid until vexacm_release_libraries().
  * - Memory that the library hands out (arrays of IDs, compile outputs) belongs
  *   to the caller, who returns it exactly once through the matching release
  *   function while the library is initialised.
- * - Failures are told on standard error, one line each, written at once. Lines
- *   about a caller's request begin "Compiler Manager Error: ".
+ * - Failures are told on standard error, each line written at once. Lines about
+ *   a caller's request begin "Compiler Manager Error: ", but for those of three
+ *   functions before initialisation, which their notes give. One failure has no
+ *   line: a plug-in that answers a compile with a result that is none.
  * - Exceptions are not caught here. vexacm_initialize_libraries() can throw,
  *   and any function that allocates throws std::bad_alloc when memory runs
  *   out. A caller written in C ends when that happens.
@@ -68,8 +70,13 @@ typedef struct vexacm_version {
  * Plug-ins are the files with ".so" in their names in the subdirectories
  * "openglessl" and "opencl". A missing subdirectory, a plug-in that is refused
  * and a strange answer of a plug-in are told on standard error and are no
- * failure; neither is a catalogue without compilers. No test of the file type
- * is made: opening a named pipe, for one, waits for its writer.
+ * failure; neither is a catalogue without compilers. One kind of answer ends
+ * the catalogue where it stands: a plug-in that passed every check when it was
+ * opened but then does not report its capabilities, or a valid
+ * "flexible_version" among them, is the last one looked at.
+ *
+ * No test of the file type is made: opening a named pipe, for one, waits for
+ * its writer.
  *
  * Calling it while the library is initialised builds a second catalogue, which
  * answers from then on. The first stays in memory for good, its plug-ins open:
@@ -82,6 +89,33 @@ typedef struct vexacm_version {
  * plug-in reports a language version that is no number or too large a one,
  * std::logic_error for a null directory, std::bad_alloc. After any of them the
  * library is as it was before the call.
+ *
+ * Lines, with PATH for a plug-in's path, A.B.C for numbers, and DRIVER for its
+ * driver name:
+ * - "Unable to open library directory " + the subdirectory's path
+ * - a file that is no plug-in, which is passed over:
+ *   - "Couldn't load library at PATH"; "Library load error: " + the loader's
+ *     own words
+ *   - "Library at PATH isn't implemented correctly" (a function is missing)
+ *   - "Library at PATH has version A.B.C."; "This compiler manager supports
+ *     library version v1.x.x only. Please upgrade to a later compiler manager
+ *     version."
+ *   - "Failed to get capabilities for library PATH."
+ *   - "Invalid or malformed flexible version specified for library PATH.";
+ *     "Version specified: " + the text
+ *   - "Library at PATH uses flexible version A.B.C."; "This compiler manager
+ *     supports flexible versions v1.x.x, v2.x.x and v3.x.x only. Please upgrade
+ *     to a later compiler manager version."
+ * - a file name that stands for no driver release, whether or not the plug-in
+ *   is used: "Driver name parse error: \"DRIVER\" has an unknown name format: "
+ *   + the reason
+ * - an answer that is passed over: "Unknown flexible capability. Key: KEY,
+ *   Value: VALUE"
+ * - an answer that ends the catalogue:
+ *   - "Could not get capabilities of library at PATH."
+ *   - "Driver 'DRIVER' doesn't report a flexible version string."
+ *   - "Driver 'DRIVER' doesn't report a valid flexible version string: " + the
+ *     text
  */
 VEXACM_API bool vexacm_initialize_libraries(const char* directory);
 

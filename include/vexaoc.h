@@ -9,17 +9,24 @@
  * compiler manager can offer it.
  *
  * A plug-in is a shared library for one GPU driver release. Its file is named
- * "lib" + driver name + ".so", for example libVexa-K300_r5p0-06rel0.so, and
- * lies in the subdirectory "openglessl" (OpenGL ES Shading Language) or
- * "opencl" (OpenCL C) of the plug-in directory. It exports the five functions
- * declared at the end of this file, all of them, with C linkage.
+ * "lib" + driver name + ".so" and lies in the subdirectory "openglessl" (OpenGL
+ * ES Shading Language) or "opencl" (OpenCL C) of the plug-in directory. It
+ * exports the five functions declared at the end of this file, all of them,
+ * with C linkage.
+ *
+ * A driver name is "Vexa-", the core family ("K300" or "200"), "_r" and the
+ * revision, "p" and the patch, "-" and the version, "rel" and the release:
+ * Vexa-K300_r5p0-06rel0. The numbers order the plug-ins, newest first. Any other
+ * name is told on standard error; the plug-in is used all the same, behind those
+ * of better names.
  *
  * Rules that hold for every function and record:
  *
  * - The records are a binary interface for 64-bit Linux. Field order, widths
  *   and offsets never change; padding may hold anything.
- * - The manager reports failure results on standard error but not why they
- *   came about: what the user should read goes into the outputs.
+ * - Records arrive zeroed.
+ * - The manager tells failure results on standard error but not why they came
+ *   about: what the user should read goes into the outputs.
  * - Every text is a NUL-terminated string of 8-bit characters; the manager
  *   compares bytes and knows no encoding. Source text is the caller's bytes.
  * - Every count is the number of elements in the array beside it. An array may
@@ -27,9 +34,8 @@
  *   empty, and a null text in a capability record reads as the empty text.
  * - What a plug-in fills stays its own. The manager copies what it needs and
  *   hands the record back through the matching release function.
- * - Calls arrive from one thread at a time unless the application that loaded
- *   the manager says otherwise. No function is called after the plug-in was
- *   closed, and none may throw an exception or end the process.
+ * - Calls arrive from one thread at a time. No function is called after the
+ *   plug-in was closed, and none may throw an exception or end the process.
  */
 
 #include <stdint.h>
@@ -75,7 +81,9 @@ typedef struct vexaoc_core {
      *  other name is shown as it stands. A name that occurs in "Vexa-100",
      *  "Vexa-K350" or "Vexa-K370" is never offered; the empty name does. */
     char* core_name;
-    /** Revision such as "r2p1_05rel3". */
+    /** Revision such as "r2p1_05rel3": "r", one digit, "p", one digit, "_", the
+     *  build number, "rel" or "dev", one digit. Shown as it stands; the numbers
+     *  order a plug-in's compilers. Another form is read as far as it goes. */
     char* core_revision;
 } vexaoc_core;
 
@@ -92,13 +100,15 @@ typedef struct vexaoc_core {
  * | "opencl_version"        | likewise                                        |
  * | "openglessl_extensions" | extension names; none at all: they are probed   |
  * | "opencl_extensions"     | likewise                                        |
- * | "flexible_version"      | required; "1.0.0" up to any "3.x.y"             |
+ * | "flexible_version"      | required: three numbers, the first from 1 to 3  |
  * | "prerotate"             | "true" when pre-rotation is supported           |
  * | "undefine"              | accepted and ignored                            |
  * | "architecture"          | accepted and ignored                            |
  *
  * Any other key is told on standard error and passed over. A language version
- * that is no number makes the manager's initialisation fail.
+ * that is no number makes the manager's initialisation fail. Without a
+ * "flexible_version" the plug-in gives no compiler, and neither do the plug-ins
+ * that come after it.
  */
 typedef struct vexaoc_capabilities {
     uint32_t num_cores;
@@ -144,11 +154,20 @@ typedef struct vexaoc_string_list {
 /**
  * What a compile gave (64 bytes).
  *
- * A plug-in receives it zeroed, fills what it has, and keeps everything valid
- * until vexaoc_release_outputs(). Callers of the manager receive a deep copy
- * of the same layout. The manager gives the lists no meaning but one: a source
- * with errors has texts in `strings_a`, and the probe for extensions reads
- * them. The meanings below are the convention that tools rely on.
+ * A plug-in fills what it has and keeps everything valid until
+ * vexaoc_release_outputs(). Callers of the manager receive a deep copy of the
+ * same layout. A null text in a list is told on standard error ("Compiler
+ * Manager Error: NULL inputs to string_copy.") and stays null in the copy.
+ *
+ * The meanings below are the convention that tools rely on. The manager itself
+ * reads one list, `strings_a`, when it probes a plug-in that reports no
+ * extensions:
+ *
+ * - OpenGL ES: a test source requires one extension. Any text in `strings_a`,
+ *   be it a warning, means that the extension is not supported.
+ * - OpenCL: the test source holds one "#error NAME" for each extension that is
+ *   defined. With result 0, each NAME that occurs in a text of `strings_a` is
+ *   supported.
  */
 typedef struct vexaoc_outputs {
     uint32_t num_string_lists;
@@ -179,7 +198,8 @@ VEXAOC_API void vexaoc_get_api_version(vexaoc_api_version* version);
  *
  * @param[out] capabilities  receives the record; never null
  * @return 0 on success. Anything else is a failure: the record is not read and
- *         not handed back, and the plug-in is not used.
+ *         not handed back. When opened, the plug-in is not used; when its
+ *         compilers are listed, neither it nor the plug-ins after it are.
  *
  * Ownership: what the record points to stays the plug-in's and must be valid
  * until vexaoc_release_capabilities() gets the same record.

@@ -26,6 +26,7 @@ constexpr std::string_view COMPILE_INITIALIZE_ERROR =
 // A plain pointer and no owner: a second initialisation leaves the first
 // manager alive, and so does the end of the process, when plug-ins may already
 // be gone.
+// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables)
 Vexacm_compiler_manager* compiler_manager = nullptr;
 
 bool is_initialized(std::string_view error = initialize_error) {

@@ -12,13 +12,10 @@ namespace VexaCM {
 ///
 /// The line goes through the buffer of std::cerr and not through the stream, so
 /// that flags, a failed state or a locale that the host left there change
-/// nothing. Short lines are composed on the stack: a constant text allocates
-/// nothing and can be told when memory has run out.
+/// nothing; a stream of its own takes the exceptions of a host's buffer. Short
+/// lines are composed on the stack: a constant text allocates nothing and can be
+/// told when memory has run out.
 inline void report_parts(std::initializer_list<std::string_view> parts) {
-    std::streambuf* const buffer = std::cerr.rdbuf();
-    if (!buffer)
-        return;
-
     std::size_t size = 1;
     for (std::string_view part : parts)
         size += part.size();
@@ -36,8 +33,7 @@ inline void report_parts(std::initializer_list<std::string_view> parts) {
         end += part.copy(end, part.size());
     *end = '\n';
 
-    buffer->sputn(line, static_cast<std::streamsize>(size));
-    buffer->pubsync();
+    std::ostream(std::cerr.rdbuf()).write(line, static_cast<std::streamsize>(size)).flush();
 }
 
 /// The one way in which the library speaks; numbers are passed as texts.

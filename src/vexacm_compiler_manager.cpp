@@ -41,7 +41,7 @@ struct Api_capabilities {
     }
 };
 
-// A plug-in's capability list, sorted by key. The texts stay the plug-in's.
+// A plug-in's capability list, by key. The texts stay the plug-in's.
 struct Reported_capabilities {
     explicit Reported_capabilities(const vexaoc_capabilities& capabilities) {
         for_each_capability(capabilities,
@@ -92,7 +92,9 @@ struct Release_capabilities {
 
 } // namespace
 
-Vexacm_compiler_manager::Vexacm_compiler_manager(std::string directory) {
+// Delegates, so that the destructor runs also when loading throws.
+Vexacm_compiler_manager::Vexacm_compiler_manager(std::string directory)
+    : Vexacm_compiler_manager() {
     load_compilers(std::move(directory));
 }
 
@@ -128,7 +130,7 @@ bool Vexacm_compiler_manager::add_library(const std::shared_ptr<Vexacm_vexaoc_li
     // Deliberate: on the two ways out below the record is not handed back. Held
     // by Catalogue.DoesNotHandBackTheRecordWithoutAValidFlexibleVersion.
     if (!reported.flexible_version) {
-        owner.release();
+        static_cast<void>(owner.release());
         report_line("Driver '", library->get_driver_name(),
                     "' doesn't report a flexible version string.");
         return false;
@@ -138,7 +140,7 @@ bool Vexacm_compiler_manager::add_library(const std::shared_ptr<Vexacm_vexaoc_li
     std::int32_t flexible_patch = 0;
     if (std::sscanf(reported.flexible_version, "%d.%d.%d", &flexible_major, &flexible_minor,
                     &flexible_patch) != 3) {
-        owner.release();
+        static_cast<void>(owner.release());
         report_line(
             "Driver '", library->get_driver_name(),
             "' doesn't report a valid flexible version string: ", reported.flexible_version);
@@ -197,13 +199,14 @@ void Vexacm_compiler_manager::get_compilers(unsigned int** compilers, unsigned i
             matching.push_back(static_cast<unsigned int>(id));
 
     // Allocated first: when memory runs out neither output is written.
-    unsigned int* const ids = new unsigned int[matching.size()];
+    auto* const ids = new unsigned int[matching.size()];
     std::copy(matching.begin(), matching.end(), ids);
     *count = static_cast<unsigned int>(matching.size());
     *compilers = ids;
 }
 
-void Vexacm_compiler_manager::release_compilers(unsigned int** compilers, unsigned int) const {
+void Vexacm_compiler_manager::release_compilers(unsigned int** compilers,
+                                                unsigned int /*count*/) const {
     delete[] * compilers;
     *compilers = nullptr;
 }

@@ -46,6 +46,8 @@ public:
     void release_compiler_outputs(vexaoc_outputs* outputs) const;
 
 private:
+    Vexacm_compiler_manager() = default;
+
     void load_compilers(std::string directory);
     bool add_library(const std::shared_ptr<Vexacm_vexaoc_library>& library);
 

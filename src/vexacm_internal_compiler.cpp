@@ -363,7 +363,7 @@ bool Vexacm_internal_compiler::compile(vexaoc_outputs* outputs, const char* sour
         return refuse("NULL inputs passed to compile function.");
     std::memset(outputs, 0, sizeof *outputs);
 
-    Shader_type type;
+    Shader_type type = {};
     if (!check_request(source, shader_type, num_kernel_names, prerotate, &type))
         return false;
 

@@ -47,7 +47,8 @@ public:
                  std::uint32_t minimum_api_version) const;
 
     /// Checks a request, sends it to the plug-in, and copies what it returns
-    /// into `outputs`, which is zeroed first. What goes wrong is reported.
+    /// into `outputs`, which is zeroed first. What goes wrong is reported, other
+    /// than a plug-in's result outside 0 to 4.
     bool compile(vexaoc_outputs* outputs, const char* source, const char* shader_type,
                  const char* const* kernel_names, int num_kernel_names, bool binary_output,
                  bool prerotate, const char* const* defines, int num_defines);
