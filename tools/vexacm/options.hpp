@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "compilers.hpp"
+
+#include <CLI/CLI.hpp>
+#include <string>
+#include <vector>
+
+namespace vexacm_tool {
+
+/// An option with a text, which may be empty; the parser's own optional texts
+/// take the empty text for none.
+CLI::Option* add_text(CLI::App& command, const std::string& name, std::optional<std::string>& text,
+                      const std::string& description);
+
+/// An option with a decimal number; the parser's own numbers may be octal.
+CLI::Option* add_number(CLI::App& command, const std::string& name, unsigned int& number,
+                        const std::string& description);
+
+/// The arguments in the order that the parser takes them in, with the empty text
+/// after each "--name=": the parser would take the next argument for the value.
+std::vector<std::string> arguments_last_first(int argc, char** argv);
+
+/// The options that choose compilers.
+void add_filters(CLI::App& command, Filters& filters);
+
+} // namespace vexacm_tool

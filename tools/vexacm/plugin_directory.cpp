@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+#include "plugin_directory.hpp"
+
+#include "failure.hpp"
+
+#include <exception>
+#include <filesystem>
+
+namespace vexacm_tool {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+fs::path named_directory(const std::string& named) {
+    std::error_code error;
+    if (fs::is_directory(named, error))
+        return named;
+    const std::string reason = error ? error.message() : "Not a directory";
+    throw Failure{Exit_status::wrong_use, "plug-in directory '" + named + "': " + reason};
+}
+
+// Beside the tool in the build folder, in the library folder once installed.
+fs::path default_directory() {
+    const fs::path home = fs::read_symlink("/proc/self/exe").parent_path();
+    const fs::path built = home / "plugins";
+    std::error_code missing;
+    return fs::is_directory(built, missing) ? built : home / ".." / VEXACM_PLUGIN_DIR;
+}
+
+} // namespace
+
+Library open_library(const std::optional<std::string>& named) {
+    const fs::path directory = named ? named_directory(*named) : default_directory();
+    try {
+        return Library{directory.c_str()};
+    } catch (const std::exception& error) {
+        throw Failure{Exit_status::refused, "the plug-ins in '" + directory.string() +
+                                                "' cannot be used: " + error.what()};
+    }
+}
+
+} // namespace vexacm_tool
