@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <cerrno>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -39,12 +38,11 @@ void for_each_capability(const vexaoc_capabilities& capabilities, Visit visit) {
 /// exceptions open, and users see it: here it is "stoi" with every library.
 inline int to_int(const char* text) {
     char* end = nullptr;
-    errno = 0;
+    // What does not even fit a long comes back as the nearest one, out of range.
     const long number = std::strtol(text, &end, 10);
     if (end == text)
         throw std::invalid_argument("stoi");
-    if (errno == ERANGE || number < std::numeric_limits<int>::min() ||
-        number > std::numeric_limits<int>::max())
+    if (number < std::numeric_limits<int>::min() || number > std::numeric_limits<int>::max())
         throw std::out_of_range("stoi");
     return static_cast<int>(number);
 }

@@ -103,8 +103,6 @@ class Text_cursor {
 public:
     explicit Text_cursor(std::string_view text) : rest(text) {}
 
-    bool at_end() const { return end_met; }
-
     // Skips at most `most` characters, up to and including the first delimiter.
     void skip_past(char delimiter, std::size_t most) {
         for (; most > 0; --most) {
@@ -284,8 +282,6 @@ bool Vexacm_internal_compiler::parse_core_revision(const std::string& core_revis
     // CoreRevision.TakesOneDigitOfMajorAndMinor.
     read_number(cursor.take_one_before('p'), &revision_numbers[0]);
     read_number(cursor.take_one_before('_'), &revision_numbers[1]);
-    if (cursor.at_end())
-        return true;
 
     const std::string_view build_and_tag = cursor.take_line(6);
     read_number(build_and_tag.substr(0, build_and_tag.find_first_of("dr")), &revision_numbers[2]);
