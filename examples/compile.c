@@ -56,8 +56,7 @@ int main(int argc, char** argv) {
         fprintf(stderr, "%s: cannot be read, is no text or is too long\n", argv[2]);
         return 1;
     }
-    if (!vexacm_initialize_libraries(argv[1]))
-        return 1;
+    vexacm_initialize_libraries(argv[1]);
     bool compiled = compile(argv[2], source, argv[3], argv + 4, argc - 4);
     vexacm_release_libraries();
     return compiled ? 0 : 1;

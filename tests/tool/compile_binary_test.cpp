@@ -98,7 +98,7 @@ TEST_F(CompileBinary, SourceHasErrorsThenNoFileAndTheOldOneStays) {
 
 TEST_F(CompileBinary, CompilerReturnsNoneThenRefused) {
     add_source("none.frag");
-    expect(vexacm({"compile", "none.frag", "-o", "out"}), 4, "",
+    expect(vexacm({"compile", "none.frag", "-o", "out"}), 4, COMPILER,
            "vexacm: none.frag: the compiler returned no binary\n");
     EXPECT_FALSE(fs::exists(path("out")));
 }
@@ -107,20 +107,20 @@ TEST_F(CompileBinary, NotSupportedThenRefused) {
     Fake_plugin plugin = Fake_plugin::of_type("openglessl");
     plugin.core("k58x", "r0p0").pair("openglessl_extensions", "").outputs().result(3);
     plugins.add_driver("openglessl", "Vexa-K300_r9p0-00rel0", plugin);
-    expect(compile_to("out"), 4, "",
+    expect(compile_to("out"), 4, "compiler: Vexa-K300_r9p0-00rel0 Vexa-K580 r0p0 openglessl\n",
            "Compiler Manager Error: Binary output not supported.\n"
            "vexacm: a.frag: the compiler did not carry out the request\n");
 }
 
 TEST_F(CompileBinary, FolderIsMissingThenFailed) {
-    expect(compile_to("gone/out"), 5, "",
+    expect(compile_to("gone/out"), 5, COMPILER,
            "vexacm: cannot write gone/out: No such file or directory\n");
-    expect(compile_to(""), 5, "", "vexacm: cannot write : No such file or directory\n");
+    expect(compile_to(""), 5, COMPILER, "vexacm: cannot write : No such file or directory\n");
 }
 
 TEST_F(CompileBinary, OutputIsAFolderThenFailed) {
     fs::create_directory(path("out"));
-    expect(compile_to("out"), 5, "", "vexacm: cannot open out: Is a directory\n");
+    expect(compile_to("out"), 5, COMPILER, "vexacm: cannot open out: Is a directory\n");
 }
 
 TEST_F(CompileBinary, WriteFailsThenNoHalfFileAndTheOldOneStays) {
@@ -130,7 +130,9 @@ TEST_F(CompileBinary, WriteFailsThenNoHalfFileAndTheOldOneStays) {
     plugins.add_driver("openglessl", "Vexa-K300_r9p0-00rel0", plugin);
     write_file(path("out"), "old");
     // 4096 bytes.
-    expect(compile_to("out", "ulimit -f 8"), 5, "", "vexacm: cannot write out: File too large\n");
+    expect(compile_to("out", "ulimit -f 8"), 5,
+           "compiler: Vexa-K300_r9p0-00rel0 Vexa-K580 r0p0 openglessl\n",
+           "vexacm: cannot write out: File too large\n");
     EXPECT_EQ(read_file(path("out")), "old");
     EXPECT_EQ(files(), (Names{"a.frag", "out"}));
 }

@@ -37,7 +37,7 @@ TEST_F(CompileCommand, EndingOfAnOptionalStageThenItsExtensionIsAskedFor) {
         {"tese", "GL_EXT_tessellation_shader to use tessellation"}};
     for (const auto& [ending, complaint] : endings) {
         add_source("a." + ending);
-        expect(vexacm({"compile", "a." + ending}), 4, "",
+        expect(vexacm({"compile", "a." + ending}), 4, K580,
                "Compiler Manager Error: Compiler must support extension " + complaint +
                    " shaders.\nvexacm: a." + ending +
                    ": the compiler did not carry out the request\n");
@@ -155,14 +155,15 @@ TEST_F(CompileCommand, PrerotateThenAskedFor) {
 
 TEST_F(CompileCommand, PrerotateNotSupportedThenRefused) {
     add_source("a.frag");
-    expect(vexacm({"compile", "a.frag", "--prerotate", "--core", "Vexa-K420"}), 4, "",
+    expect(vexacm({"compile", "a.frag", "--prerotate", "--core", "Vexa-K420"}), 4,
+           "compiler: Vexa-K300_r1p0-00rel0 Vexa-K420 r2p0_02rel1 openglessl\n",
            "Compiler Manager Error: Compiler does not support prerotate.\n"
            "vexacm: a.frag: the compiler did not carry out the request\n");
 }
 
 TEST_F(CompileCommand, PluginFailsWithoutAWordThenSaid) {
     add_source("a.frag", "FAIL");
-    expect(vexacm({"compile", "a.frag"}), 4, "",
+    expect(vexacm({"compile", "a.frag"}), 4, K580,
            "vexacm: a.frag: the compiler did not carry out the request\n");
     expect(vexacm({"compile", "a.frag", "--json"}), 4, "",
            "vexacm: a.frag: the compiler did not carry out the request\n");

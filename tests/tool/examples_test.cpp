@@ -8,26 +8,10 @@ using ExampleCompile = Tool_test;
 
 TEST_F(ExampleList, DirectoryThenEveryCompiler) {
     expect(run_here({EXAMPLE_LIST, plugins.root()}), 0,
-           "0: Vexa-K300_r5p0-06rel0, core Vexa-K580 r0p0_00rel0\n"
-           "  opencl up to version 200\n"
-           "  returns binaries: yes\n"
-           "  pre-rotates: no\n"
-           "  extensions: cl_khr_fp16 \n"
-           "1: Vexa-K300_r5p0-06rel0, core Vexa-K580 r0p0_00rel0\n"
-           "  openglessl up to version 320\n"
-           "  returns binaries: yes\n"
-           "  pre-rotates: yes\n"
-           "  extensions: GL_ONE GL_TWO \n"
-           "2: Vexa-K300_r5p0-06rel0, core Vexa-K460 r0p1_00rel0\n"
-           "  openglessl up to version 320\n"
-           "  returns binaries: yes\n"
-           "  pre-rotates: yes\n"
-           "  extensions: GL_ONE GL_TWO \n"
-           "3: Vexa-K300_r1p0-00rel0, core Vexa-K420 r2p0_02rel1\n"
-           "  openglessl up to version 300\n"
-           "  returns binaries: no\n"
-           "  pre-rotates: no\n"
-           "  extensions: GL_ONE \n",
+           "0: Vexa-K300_r5p0-06rel0 Vexa-K580 r0p0_00rel0, opencl up to 200\n"
+           "1: Vexa-K300_r5p0-06rel0 Vexa-K580 r0p0_00rel0, openglessl up to 320\n"
+           "2: Vexa-K300_r5p0-06rel0 Vexa-K460 r0p1_00rel0, openglessl up to 320\n"
+           "3: Vexa-K300_r1p0-00rel0 Vexa-K420 r2p0_02rel1, openglessl up to 300\n",
            "");
 }
 
@@ -36,8 +20,7 @@ TEST_F(ExampleList, WithoutADirectoryThenUsage) {
 }
 
 TEST_F(ExampleList, OutputIsFullThenFailed) {
-    expect(run_here({EXAMPLE_LIST, plugins.root()}, "", "exec >/dev/full"), 1, "",
-           "standard output: No space left on device\n");
+    expect(run_here({EXAMPLE_LIST, plugins.root()}, "", "exec >/dev/full"), 1, "", "");
 }
 
 TEST_F(ExampleCompile, SourceIsRightThenSilent) {

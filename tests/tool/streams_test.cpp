@@ -66,9 +66,14 @@ TEST_F(StandardStreams, OutputIsClosedThenNoFileTakesItsPlace) {
     EXPECT_EQ(read_file(path("held")), "");
 }
 
-TEST_F(StandardStreams, AllAreClosedThenTheBinaryStaysClean) {
-    EXPECT_EQ(vexacm({"compile", "a.frag", "-o", "out"}, "", "exec <&- >&- 2>&-").status, 5);
+TEST_F(StandardStreams, AllButOutputAreClosedThenTheBinaryStaysClean) {
+    EXPECT_EQ(vexacm({"compile", "a.frag", "-o", "out"}, "", "exec <&- 2>&-").status, 0);
     EXPECT_EQ(read_file(path("out")), std::string("\x00\x01\n\xff", 4));
+}
+
+TEST_F(StandardStreams, OutputIsClosedThenNoBinaryIsWritten) {
+    EXPECT_EQ(vexacm({"compile", "a.frag", "-o", "out"}, "", "exec >&-").status, 5);
+    EXPECT_FALSE(std::filesystem::exists(path("out")));
 }
 
 TEST_F(StandardStreams, InputIsClosedThenFailed) {

@@ -79,7 +79,7 @@ void write_results(const Compile_options& options, const Compiler& compiler,
     if (options.json)
         write_standard_output(json_report(compiler, outputs));
     else if (options.output != "-")
-        write_standard_output(report(compiler, outputs, wants_binary ? *options.output : ""));
+        write_standard_output(report(outputs, wants_binary ? *options.output : ""));
 }
 
 Exit_status compile(const Compile_options& given, const std::optional<std::string>& plugins) {
@@ -90,6 +90,10 @@ Exit_status compile(const Compile_options& given, const std::optional<std::strin
     if (ids.count == 0)
         throw Failure{Exit_status::no_compiler, "no compiler matches"};
     const Compiler compiler = properties(*ids.begin());
+
+    // Named first: what follows may be what the plug-in itself prints.
+    if (!options.json && options.output != "-")
+        write_standard_output(compiler_line(compiler));
 
     Outputs outputs;
     if (!compile_source(outputs, options, source, compiler.id))

@@ -53,11 +53,14 @@ void print_diagnostics(const std::string& file, const vexaoc_outputs& outputs) {
     print_texts(file, outputs.strings_b, outputs.num_strings_b);
 }
 
-std::string report(const Compiler& compiler, const vexaoc_outputs& outputs,
-                   const std::string& binary_file) {
-    std::string text = one_line(std::string{"compiler: "} + compiler.driver + ' ' + compiler.core +
-                                ' ' + compiler.revision + ' ' + compiler.api);
-    text += '\n' + aligned(table(outputs));
+std::string compiler_line(const Compiler& compiler) {
+    return one_line(std::string{"compiler: "} + compiler.driver + ' ' + compiler.core + ' ' +
+                    compiler.revision + ' ' + compiler.api) +
+           '\n';
+}
+
+std::string report(const vexaoc_outputs& outputs, const std::string& binary_file) {
+    std::string text = aligned(table(outputs));
     if (!binary_file.empty())
         text +=
             "binary: " + std::to_string(outputs.binary_size) + " bytes in " + binary_file + '\n';

@@ -10,11 +10,12 @@ namespace vexacm_tool {
 /// Tells errors, then warnings on standard error, each after the file's name.
 void print_diagnostics(const std::string& file, const vexaoc_outputs& outputs);
 
-/// The compiler, the tables and, where a file is named, the binary in it.
-std::string report(const Compiler& compiler, const vexaoc_outputs& outputs,
-                   const std::string& binary_file);
+std::string compiler_line(const Compiler& compiler);
 
-/// The same and the diagnostics as one JSON object.
+/// The tables and, where a file is named, the binary in it.
+std::string report(const vexaoc_outputs& outputs, const std::string& binary_file);
+
+/// The compiler, the same and the diagnostics as one JSON object.
 std::string json_report(const Compiler& compiler, const vexaoc_outputs& outputs);
 
 } // namespace vexacm_tool
