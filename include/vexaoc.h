@@ -112,9 +112,9 @@ typedef struct vexaoc_core {
  */
 typedef struct vexaoc_capabilities {
     uint32_t num_cores;
-    vexaoc_core* cores; /**< each one compiler per "compiler_type" */
+    vexaoc_core* cores;               /**< each one compiler per "compiler_type" */
     uint32_t binary_output_supported; /**< exactly 1: vexaoc_compile() can return a binary */
-    uint32_t reserved; /**< padding that no ABI rule makes: part of the layout, holds anything */
+    uint32_t reserved;    /**< padding that no ABI rule makes: part of the layout, holds anything */
     uint32_t num_entries; /**< number of texts: twice the number of pairs */
     char** entries;
 } vexaoc_capabilities;
@@ -137,12 +137,12 @@ typedef struct vexaoc_capabilities {
  * |                 | usually NAME or NAME=VALUE; once a definition           |
  */
 typedef struct vexaoc_inputs {
-    const char* source; /**< source text; one text, nothing to include */
+    const char* source;   /**< source text; one text, nothing to include */
     uint32_t num_options; /**< number of texts in `options`; always even */
     const char** options;
-    const char* core_name; /**< as reported in vexaoc_core::core_name */
+    const char* core_name;     /**< as reported in vexaoc_core::core_name */
     const char* core_revision; /**< as reported in vexaoc_core::core_revision */
-    uint32_t binary_output; /**< 1: a binary is wanted, 0: it is not */
+    uint32_t binary_output;    /**< 1: a binary is wanted, 0: it is not */
 } vexaoc_inputs;
 
 /** A list of texts (16 bytes). */
@@ -172,8 +172,8 @@ typedef struct vexaoc_string_list {
 typedef struct vexaoc_outputs {
     uint32_t num_string_lists;
     vexaoc_string_list* string_lists; /**< tables, such as statistics; each list a row */
-    uint32_t binary_size; /**< in bytes */
-    uint8_t* binary; /**< not NUL-terminated */
+    uint32_t binary_size;             /**< in bytes */
+    uint8_t* binary;                  /**< not NUL-terminated */
     uint32_t num_strings_a;
     char** strings_a; /**< errors, one text each; none: the source compiled */
     uint32_t num_strings_b;
