@@ -2,7 +2,6 @@
 #include "common/big_stack.hpp"
 
 #include <csignal>
-#include <cstddef>
 #include <exception>
 #include <new>
 
@@ -10,11 +9,6 @@
 
 namespace plugin {
 namespace {
-
-// Address space only: pages are taken when they are touched, some 100 kB for a usual source.
-// Compilers take up to 1 kB for a token, and each plug-in caps the tokens of a source, which makes
-// this enough, whatever little stack the caller's thread has.
-constexpr std::size_t STACK_SIZE = std::size_t{512} << 20U;
 
 struct Run {
     const std::function<void()>& task;
@@ -33,10 +27,10 @@ void* run_task(void* argument) {
 
 class Thread_attributes {
 public:
-    Thread_attributes() {
+    explicit Thread_attributes(std::size_t stack_size) {
         if (pthread_attr_init(&attributes_) != 0)
             throw std::bad_alloc();
-        pthread_attr_setstacksize(&attributes_, STACK_SIZE);
+        pthread_attr_setstacksize(&attributes_, stack_size);
         block_signals();
     }
     ~Thread_attributes() { pthread_attr_destroy(&attributes_); }
@@ -58,9 +52,9 @@ private:
 
 } // namespace
 
-void run_on_big_stack(const std::function<void()>& task) {
+void run_on_big_stack(std::size_t stack_size, const std::function<void()>& task) {
     Run run{task, nullptr};
-    const Thread_attributes attributes;
+    const Thread_attributes attributes(stack_size);
     pthread_t thread;
     if (pthread_create(&thread, attributes.get(), run_task, &run) != 0)
         throw std::bad_alloc();
