@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "designators.hpp"
 
+#include "number.hpp"
+
 #include <clang/AST/Decl.h>
-#include <clang/Lex/Preprocessor.h>
 #include <clang/Sema/Lookup.h>
 #include <clang/Sema/Sema.h>
 
 #include <limits>
 #include <optional>
-#include <string>
 
 namespace opencl {
 namespace {
@@ -23,23 +23,13 @@ std::optional<std::uint64_t> value_of_name(clang::Sema& sema, const clang::Token
     return constant->getInitVal().getLimitedValue();
 }
 
-std::optional<std::uint64_t> value_of_number(clang::Sema& sema, const clang::Token& token) {
-    const std::string spelling = sema.getPreprocessor().getSpelling(token);
-    std::uint64_t value = 0;
-    if (llvm::StringRef(spelling).rtrim("uUlL").getAsInteger(0, value))
-        return std::nullopt;
-    return value;
-}
-
 std::optional<std::uint64_t> value_of(clang::Sema& sema, const clang::Token& token) {
     constexpr unsigned LENGTH_OF_ONE_CHARACTER = 3;
-    if (token.is(clang::tok::numeric_constant))
-        return value_of_number(sema, token);
     if (token.is(clang::tok::identifier))
         return value_of_name(sema, token);
     if (token.is(clang::tok::char_constant) && token.getLength() == LENGTH_OF_ONE_CHARACTER)
         return std::numeric_limits<unsigned char>::max();
-    return std::nullopt;
+    return number_of(sema.getPreprocessor(), token);
 }
 
 } // namespace

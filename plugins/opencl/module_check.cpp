@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "module_check.hpp"
 
+#include "builtin_calls.hpp"
 #include "translatable.hpp"
 
 #include <llvm/ADT/SmallPtrSet.h>

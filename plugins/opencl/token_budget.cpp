@@ -5,6 +5,7 @@
 #include "limits.hpp"
 #include "macro_size.hpp"
 #include "nesting.hpp"
+#include "vector_sizes.hpp"
 
 #include <clang/Basic/SourceManager.h>
 #include <clang/Frontend/CompilerInstance.h>
@@ -129,6 +130,8 @@ private:
             end_->bring(token.getLocation(), "this built-in is not supported");
         else if (!nesting_.accept(token))
             end_->bring(token.getLocation(), "the statement is too long");
+        else if (!vector_sizes_.accept(clang_.getPreprocessor(), token))
+            end_->bring(token.getLocation(), "a vector's size must be a plain small number");
         else if (clang_.hasSema() && !designators_.accept(clang_.getSema(), token))
             end_->bring(token.getLocation(),
                         "an index in an initial value must be a plain small number");
@@ -150,6 +153,7 @@ private:
     clang::CompilerInstance& clang_;
     Shared_end end_;
     Nesting nesting_;
+    Vector_sizes vector_sizes_;
     Designators designators_;
     unsigned count_ = 0;
 };

@@ -1,12 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "translatable.hpp"
 
-#include <llvm/ADT/STLExtras.h>
-#include <llvm/IR/Constants.h>
 #include <llvm/IR/DerivedTypes.h>
-#include <llvm/IR/Intrinsics.h>
-
-#include <cstdint>
 
 namespace opencl {
 namespace {
@@ -36,59 +31,6 @@ bool is_known_pointer(const llvm::PointerType& type) {
 
 bool is_known_struct(const llvm::StructType& type) {
     return type.isOpaque() || (type.getNumElements() > 0 && type.getNumElements() <= MAX_MEMBERS);
-}
-
-bool is_known_intrinsic(llvm::Intrinsic::ID id) {
-    switch (id) {
-    case llvm::Intrinsic::memcpy:
-    case llvm::Intrinsic::memset:
-    case llvm::Intrinsic::fmuladd:
-    case llvm::Intrinsic::lifetime_start:
-    case llvm::Intrinsic::lifetime_end:
-        return true;
-    default:
-        return false;
-    }
-}
-
-bool has_constant_arguments(const llvm::CallInst& call) {
-    return llvm::all_of(call.args(), [](const llvm::Use& argument) {
-        return llvm::isa<llvm::ConstantInt>(argument);
-    });
-}
-
-bool compares_numbers_with_fraction(const llvm::CallInst& call) {
-    return llvm::any_of(call.args(), [](const llvm::Use& argument) {
-        return argument->getType()->isFloatingPointTy();
-    });
-}
-
-// Addressing modes end at 4; a filter is 1 or 2.
-bool is_sampler(const llvm::CallInst& call) {
-    const auto* const value = llvm::dyn_cast<llvm::ConstantInt>(call.getArgOperand(0));
-    if (value == nullptr)
-        return false;
-    const std::uint64_t bits = value->getZExtValue();
-    const std::uint64_t addressing = (bits >> 1U) & 7U;
-    const std::uint64_t filter = bits >> 4U;
-    return addressing <= 4 && (filter == 1 || filter == 2);
-}
-
-// Functions of C that clang calls on its own behalf, such as memcmp and __atomic_load, are nowhere.
-bool is_opencl_builtin(llvm::StringRef name) {
-    return name.startswith("_Z") || name == "printf" ||
-           (name.startswith("__") && !name.startswith("__atomic_"));
-}
-
-// Where the translator expects more of a call than clang does. The names are mangled.
-bool fits_builtin(const llvm::CallInst& call, llvm::StringRef name) {
-    if (!is_opencl_builtin(name))
-        return false;
-    if (name == SAMPLER)
-        return is_sampler(call);
-    if (name.contains("mem_fence") || name.contains("item_fence") || name.contains("barrier"))
-        return has_constant_arguments(call);
-    return !name.contains("atomic_compare_exchange") || !compares_numbers_with_fraction(call);
 }
 
 } // namespace
@@ -174,11 +116,6 @@ bool is_known_atomic(llvm::AtomicRMWInst::BinOp operation) {
     default:
         return false;
     }
-}
-
-bool is_known_call(const llvm::CallInst& call, const llvm::Function& called) {
-    return called.isIntrinsic() ? is_known_intrinsic(called.getIntrinsicID())
-                                : fits_builtin(call, called.getName());
 }
 
 } // namespace opencl

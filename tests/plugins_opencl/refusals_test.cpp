@@ -51,16 +51,44 @@ TEST(Opencl_refusals, DebuggingPragmas) {
 }
 
 TEST(Opencl_refusals, OddVectors) {
-    const Texts expected = {"1:13: error: a vector must have 2, 3, 4, 8 or 16 elements"};
-    for (const char* attribute : {"ext_vector_type(5)", "ext_vector_type(1)",
-                                  "ext_vector_type(100000)", "vector_size(65536)"})
-        EXPECT_EQ(
-            errors_in("", "typedef int v __attribute__((" + std::string(attribute) + "));").size(),
-            1U)
+    for (const char* attribute : {"ext_vector_type(5)", "ext_vector_type(1)", "vector_size(128)"})
+        EXPECT_EQ(errors_in("", "typedef char v __attribute__((" + std::string(attribute) + "));"),
+                  Texts{"1:9: error: a vector must have 2, 3, 4, 8 or 16 elements"})
             << attribute;
     EXPECT_EQ(
         errors_in("v x = 1; p[0] = x.x;", "typedef int v __attribute__((ext_vector_type(4)));"),
         Texts{});
+}
+
+TEST(Opencl_refusals, LargeVectors) {
+    for (const char* size : {"100000", "0xffffffff", "4294967297", "n", "(4)", "-1"})
+        EXPECT_EQ(errors_in("", "typedef int v __attribute__((ext_vector_type(" +
+                                    std::string(size) + ")));"),
+                  Texts{"1:46: fatal error: a vector's size must be a plain small number"})
+            << size;
+    EXPECT_EQ(errors_in("", "typedef int v __attribute__((__vector_size__(1 << 30)));"),
+              Texts{"1:48: fatal error: a vector's size must be a plain small number"});
+    EXPECT_EQ(errors_in("int vector_size = n; p[0] = vector_size + (vector_size);"), Texts{});
+}
+
+TEST(Opencl_refusals, OrdersAndScopesThatAreNone) {
+    EXPECT_EQ(errors_in("work_group_barrier(1, 9);"),
+              untranslatable("this use of 'work_group_barrier(unsigned int, memory_scope)'"));
+    EXPECT_EQ(errors_in("atomic_work_item_fence(1, 1, 0);"),
+              untranslatable("this use of 'atomic_work_item_fence(unsigned int, memory_order, "
+                             "memory_scope)'"));
+    for (const char* call : {"fetch_add_explicit(a, 1, 1)", "fetch_add_explicit(a, 1, 9, 1)",
+                             "fetch_add_explicit(a, 1, 0, 9)", "store_explicit(a, 1, 99)",
+                             "compare_exchange_strong_explicit(a, &e, 1, 5, 99, 1)"})
+        EXPECT_EQ(
+            errors_in("volatile global atomic_int* a = 0; int e; atomic_" + std::string(call) + ";")
+                .size(),
+            1U)
+            << call;
+    EXPECT_EQ(errors_in("volatile global atomic_int* a = 0; int e = 1;"
+                        "atomic_compare_exchange_strong_explicit(a, &e, 2, memory_order_acq_rel,"
+                        "memory_order_acquire, memory_scope_device);"),
+              Texts{});
 }
 
 TEST(Opencl_refusals, AddressSpaces) {
