@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "compile.hpp"
 
-#include "big_stack.hpp"
+#include "common/big_stack.hpp"
 #include "diagnostics.hpp"
 #include "expanded_source.hpp"
 #include "extensions.hpp"
@@ -150,7 +150,7 @@ void compile_on_this_thread(const Job& job, plugin::Outputs& outputs) {
 plugin::Outputs compile(const char* source, const Options& options, bool binary_wanted) {
     use_glslang();
     plugin::Outputs outputs;
-    run_on_big_stack([&] {
+    plugin::run_on_big_stack(STACK_SIZE, [&] {
         try {
             compile_on_this_thread({source, options, binary_wanted}, outputs);
         } catch (...) {

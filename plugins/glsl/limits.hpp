@@ -7,6 +7,8 @@
 // or without memory. Real shaders stay far below; more than this is an error in the source.
 namespace glsl {
 
+constexpr std::size_t STACK_SIZE = std::size_t{512} << 20U;
+
 // Each "(" in an #if takes 208 bytes of stack.
 constexpr std::size_t MAX_SOURCE_BYTES = std::size_t{1} << 20U;
 

@@ -1,25 +1,17 @@
 // SPDX-License-Identifier: MIT
-#include "capabilities.hpp"
+#include "common/language.hpp"
 
-#include <algorithm>
-#include <cstdint>
-#include <cstring>
+#include "compile.hpp"
+#include "options.hpp"
+
 #include <iterator>
 
-namespace glsl {
 namespace {
 
 // The records have no const, and nobody writes to what they point to.
 char* text(const char* constant) {
     return const_cast<char*>(constant);
 }
-
-vexaoc_core core(const char* name) {
-    return {text(name), text("r0p0_00rel0")};
-}
-
-vexaoc_core cores[] = {core("k30x"), core("k32x"), core("k42x"), core("k46x"),
-                       core("k52x"), core("k53x"), core("k56x"), core("k58x")};
 
 // No extensions: the manager then finds them out by compiling.
 char* entries[] = {
@@ -34,21 +26,21 @@ char* entries[] = {
 
 } // namespace
 
-vexaoc_capabilities capabilities() {
+namespace plugin {
+
+vexaoc_capabilities language_capabilities() {
     vexaoc_capabilities record = {};
-    record.num_cores = std::size(cores);
-    record.cores = cores;
     record.binary_output_supported = 1;
     record.num_entries = std::size(entries);
     record.entries = entries;
     return record;
 }
 
-bool knows_core(const char* name, const char* revision) {
-    return std::any_of(std::begin(cores), std::end(cores), [=](const vexaoc_core& known) {
-        return std::strcmp(known.core_name, name) == 0 &&
-               std::strcmp(known.core_revision, revision) == 0;
-    });
+std::optional<Outputs> compile(const vexaoc_inputs& inputs) {
+    const std::optional<glsl::Options> options = glsl::read_options(inputs);
+    if (!options)
+        return std::nullopt;
+    return glsl::compile(inputs.source, *options, inputs.binary_output == 1);
 }
 
-} // namespace glsl
+} // namespace plugin
