@@ -12,7 +12,8 @@ endif()
 if(VEXACM_SANITIZE)
     target_compile_options(vexacm_settings INTERFACE
         -fsanitize=${VEXACM_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
-    target_link_options(vexacm_settings INTERFACE -fsanitize=${VEXACM_SANITIZE})
+    # They leave symbols to the program.
+    target_link_options(vexacm_settings INTERFACE -fsanitize=${VEXACM_SANITIZE} -Wl,-z,undefs)
 endif()
 
 # The plug-in interface alone, for what must not see the caller's side.
@@ -38,9 +39,6 @@ function(vexacm_add_module target directory file_name map)
         LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/${directory}
         C_VISIBILITY_PRESET hidden CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON
         LINK_DEPENDS ${map})
-    target_link_options(${target} PRIVATE -Wl,--version-script=${map})
-    if(NOT VEXACM_SANITIZE)
-        target_link_options(${target} PRIVATE -Wl,-z,defs)
-    endif()
+    target_link_options(${target} PRIVATE -Wl,--version-script=${map} -Wl,-z,defs)
     target_link_libraries(${target} PRIVATE vexacm_settings compiler_manager::vexaoc)
 endfunction()

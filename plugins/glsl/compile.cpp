@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "compile.hpp"
 
+#include "call_graph.hpp"
 #include "common/big_stack.hpp"
 #include "diagnostics.hpp"
 #include "expanded_source.hpp"
@@ -113,6 +114,9 @@ bool parse(glslang::TShader& shader, const Expanded_source& source, plugin::Outp
     }
     check_extensions(source, tree.getVersion(), outputs);
     add_diagnostics(shader.getInfoLog(), outputs);
+    if (parsed && calls_in(tree) > MAX_CALLS)
+        outputs.errors.push_back("ERROR: functions call each other in more than " +
+                                 std::to_string(MAX_CALLS) + " ways");
     return parsed && outputs.errors.empty();
 }
 

@@ -23,6 +23,10 @@ constexpr std::size_t MAX_TOKENS = 400'000;
 // and thirty structures of two of the former kind have 2^30.
 constexpr std::size_t MAX_STRUCT_MEMBERS = 4096;
 
+// Pairs of a function and another that it calls. Whether one calls itself in the end is looked for
+// in time that grows with the square of their number.
+constexpr std::size_t MAX_CALLS = 2'000;
+
 // Elements of an input, output or uniform. Locations are given out one by one.
 constexpr int MAX_INTERFACE_ELEMENTS = 65'536;
 

@@ -30,6 +30,38 @@ public:
     }
 };
 
+void replace_bools(glslang::TType& type) {
+    if (type.getBasicType() == glslang::EbtBool)
+        type.setBasicType(glslang::EbtUint);
+    if (!type.isStruct())
+        return;
+    for (glslang::TTypeLoc& member : *type.getWritableStruct())
+        replace_bools(*member.type);
+}
+
+// SPIR-V allows no bool in what an application sets. In blocks glslang itself puts integers there
+// and converts what it loads; it does so for any variable whose type is not that of the expression.
+// A variable gets the type of its first symbol, and so the changed ones are put in front.
+void replace_uniform_bools(glslang::TIntermediate& tree) {
+    glslang::TIntermAggregate* const symbols = tree.findLinkerObjects();
+    bool replaced = false;
+    for (TIntermNode* node : symbols->getSequence()) {
+        glslang::TIntermSymbol* const symbol = node->getAsSymbolNode();
+        if (symbol == nullptr || symbol->getQualifier().storage != glslang::EvqUniform ||
+            symbol->getBasicType() == glslang::EbtBlock ||
+            !symbol->getType().containsBasicType(glslang::EbtBool))
+            continue;
+        glslang::TType type;
+        type.deepCopy(symbol->getType()); // members may be shared with other variables
+        replace_bools(type);
+        symbol->setType(type);
+        replaced = true;
+    }
+    glslang::TIntermSequence& parts = tree.getTreeRoot()->getAsAggregate()->getSequence();
+    if (replaced)
+        parts.insert(parts.begin(), symbols);
+}
+
 bool takes_locations(const glslang::TType& type) {
     const glslang::TStorageQualifier storage = type.getQualifier().storage;
     return storage == glslang::EvqUniform || storage == glslang::EvqVaryingIn ||
@@ -89,6 +121,7 @@ Spirv make_spirv(glslang::TProgram& program, EShLanguage stage, plugin::Outputs&
         return {};
     Choose_block_layouts choose_block_layouts;
     tree.getTreeRoot()->traverse(&choose_block_layouts);
+    replace_uniform_bools(tree);
 
     Spirv words;
     spv::SpvBuildLogger logger;

@@ -41,6 +41,13 @@ constexpr unsigned MAX_DEPTH = 10'000;
 // Bytes of all variables of a source together.
 constexpr std::uint64_t MAX_OBJECT_BYTES = std::uint64_t{64} << 20U;
 
+// Functions with a body. The translator's time grows with the square of their number.
+constexpr std::size_t MAX_FUNCTIONS = 2'000;
+
+// Levels of structures, arrays and pointers in each other. The translator walks all of them anew
+// for each.
+constexpr unsigned MAX_TYPE_DEPTH = 100;
+
 // clang goes on after this many, but nobody reads on.
 constexpr unsigned MAX_ERRORS = 100;
 

@@ -2,8 +2,11 @@
 #include "module_check.hpp"
 
 #include "builtin_calls.hpp"
+#include "limits.hpp"
 #include "translatable.hpp"
 
+#include <llvm/ADT/DenseMap.h>
+#include <llvm/ADT/STLExtras.h>
 #include <llvm/ADT/SmallPtrSet.h>
 #include <llvm/Demangle/Demangle.h>
 #include <llvm/IR/Constants.h>
@@ -14,6 +17,8 @@
 #include <llvm/IR/Operator.h>
 #include <llvm/Support/raw_ostream.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <utility>
@@ -41,6 +46,11 @@ public:
     explicit Check(plugin::Outputs& outputs) : outputs_(outputs) {}
 
     void check(const llvm::Module& module) {
+        if (has_too_many_functions(module)) {
+            outputs_.errors.push_back("error: there are more than " +
+                                      std::to_string(MAX_FUNCTIONS) + " functions");
+            return;
+        }
         if (!module.alias_empty() || !module.ifunc_empty())
             refuse("an alias");
         for (const llvm::GlobalVariable& variable : module.globals())
@@ -50,6 +60,13 @@ public:
     }
 
 private:
+    static bool has_too_many_functions(const llvm::Module& module) {
+        return MAX_FUNCTIONS <
+               static_cast<std::size_t>(llvm::count_if(
+                   module,
+                   [](const llvm::Function& function) { return !function.isDeclaration(); }));
+    }
+
     void check_variable(const llvm::GlobalVariable& variable) {
         place_ = variable.getName().str();
         if (variable.getName().startswith("llvm."))
@@ -165,13 +182,19 @@ private:
             expression);
     }
 
-    void check_type(llvm::Type* type) {
-        if (!checked_types_.insert(type).second)
-            return;
+    // The number of levels, where a type that holds a pointer to itself is one at that place.
+    unsigned check_type(llvm::Type* type) {
+        if (const auto [known, added] = depths_.try_emplace(type, 0); !added)
+            return known->second;
         if (!is_known_type(*type))
             refuse("the type '" + text_of(*type) + "'");
+        unsigned depth = 0;
         for (llvm::Type* part : type->subtypes())
-            check_type(part);
+            depth = std::max(depth, check_type(part) + 1);
+        if (depth == MAX_TYPE_DEPTH)
+            refuse("a type of more than " + std::to_string(MAX_TYPE_DEPTH) + " levels");
+        depths_[type] = depth;
+        return depth;
     }
 
     void refuse(const std::string& what) {
@@ -183,7 +206,7 @@ private:
 
     plugin::Outputs& outputs_;
     std::string place_;
-    llvm::SmallPtrSet<llvm::Type*, 32> checked_types_;
+    llvm::DenseMap<llvm::Type*, unsigned> depths_;
     llvm::SmallPtrSet<const llvm::Constant*, 32> checked_constants_;
     llvm::SmallPtrSet<const llvm::Value*, 32> checked_values_;
 };

@@ -22,6 +22,7 @@ CHECK_SIZE(vexaoc_capabilities, 40);
 CHECK_FIELD(vexaoc_capabilities, num_cores, 0, uint32_t);
 CHECK_FIELD(vexaoc_capabilities, cores, 8, vexaoc_core*);
 CHECK_FIELD(vexaoc_capabilities, binary_output_supported, 16, uint32_t);
+CHECK_FIELD(vexaoc_capabilities, reserved, 20, uint32_t);
 CHECK_FIELD(vexaoc_capabilities, num_entries, 24, uint32_t);
 CHECK_FIELD(vexaoc_capabilities, entries, 32, char**);
 
