@@ -76,7 +76,9 @@ typedef struct vexacm_version {
  * "flexible_version" among them, is the last one looked at.
  *
  * No test of the file type is made: opening a named pipe, for one, waits for
- * its writer.
+ * its writer. Nor is one made whether a file is whole: one that was cut short,
+ * or is still being written, can end the process with SIGBUS. Put plug-ins in
+ * place by renaming them.
  *
  * Calling it while the library is initialised builds a second catalogue, which
  * answers from then on. The first stays in memory for good, its plug-ins open:

@@ -30,15 +30,18 @@ bool is_blacklisted(std::string_view core_name) {
 
 // What a plug-in reports about one shading language.
 struct Api_capabilities {
-    std::vector<const char*> versions;
-    std::string extensions; // each with a blank behind it
+    explicit Api_capabilities(const char* name_) : name(name_) {}
 
-    std::vector<std::uint32_t> version_numbers() const {
-        std::vector<std::uint32_t> numbers;
+    void convert_versions() {
+        version_numbers.clear();
         for (const char* version : versions)
-            numbers.push_back(static_cast<std::uint32_t>(to_int(version)));
-        return numbers;
+            version_numbers.push_back(static_cast<std::uint32_t>(to_int(version)));
     }
+
+    const char* name;
+    std::vector<const char*> versions;
+    std::vector<std::uint32_t> version_numbers;
+    std::string extensions; // each with a blank behind it
 };
 
 // A plug-in's capability list, by key. The texts stay the plug-in's.
@@ -48,17 +51,17 @@ struct Reported_capabilities {
                             [this](std::string_view key, const char* value) { read(key, value); });
     }
 
-    const Api_capabilities* find_api(std::string_view compiler_type) const {
-        if (compiler_type == "openglessl")
+    Api_capabilities* find_api(std::string_view compiler_type) {
+        if (compiler_type == openglessl.name)
             return &openglessl;
-        if (compiler_type == "opencl")
+        if (compiler_type == opencl.name)
             return &opencl;
         return nullptr;
     }
 
     std::vector<const char*> compiler_types;
-    Api_capabilities openglessl;
-    Api_capabilities opencl;
+    Api_capabilities openglessl{"openglessl"};
+    Api_capabilities opencl{"opencl"};
     const char* flexible_version = nullptr;
     bool prerotate = false;
 
@@ -83,6 +86,44 @@ private:
     }
 };
 
+// A compiler that a plug-in reported, with what orders it: its key is read once,
+// and its entry is made where it stays.
+struct Row {
+    Vexacm_internal_compiler::Order_key key;
+    std::uint32_t position; // among those reported
+    const Api_capabilities* api;
+    const char* core_name;
+    const char* core_revision;
+};
+
+std::vector<Row> ordered_rows(const vexaoc_capabilities& capabilities,
+                              Reported_capabilities* reported) {
+    std::vector<Row> rows;
+    for (const char* compiler_type : reported->compiler_types) {
+        Api_capabilities* const api = reported->find_api(compiler_type);
+        if (!api)
+            continue;
+        api->convert_versions();
+        const std::uint32_t core_count = list_length(capabilities.num_cores, capabilities.cores);
+        rows.reserve(rows.size() + core_count);
+        for (std::uint32_t i = 0; i < core_count; ++i) {
+            const char* const core_name = text_or_empty(capabilities.cores[i].core_name);
+            const char* const core_revision = text_or_empty(capabilities.cores[i].core_revision);
+            if (is_blacklisted(core_name))
+                continue;
+            rows.push_back({Vexacm_internal_compiler::order_key(core_name, core_revision),
+                            static_cast<std::uint32_t>(rows.size()), api, core_name,
+                            core_revision});
+        }
+    }
+    // Equals stay as they were reported, so that IDs do not depend on the
+    // standard library.
+    std::sort(rows.begin(), rows.end(), [](const Row& a, const Row& b) {
+        return a.key != b.key ? a.key > b.key : a.position < b.position;
+    });
+    return rows;
+}
+
 struct Release_capabilities {
     void operator()(vexaoc_capabilities* capabilities) const {
         library->release_capabilities(capabilities);
@@ -102,7 +143,7 @@ Vexacm_compiler_manager::Vexacm_compiler_manager(std::string directory)
 // catalogue's order with every standard library.
 Vexacm_compiler_manager::~Vexacm_compiler_manager() {
     for (Vexacm_internal_compiler& compiler : catalogue)
-        const Vexacm_internal_compiler destroyed = std::move(compiler);
+        compiler.release_library();
 }
 
 void Vexacm_compiler_manager::load_compilers(std::string directory) {
@@ -111,6 +152,9 @@ void Vexacm_compiler_manager::load_compilers(std::string directory) {
     // Deliberate: the first plug-in that fails ends the catalogue, and those
     // behind it are not looked at. Held by
     // Catalogue.AFailingPluginEndsTheCatalogueAndKeepsEarlierEntries.
+    // Room for as many entries as plug-ins usually give: to grow is to move them
+    // all, and takes longer than to make them.
+    catalogue.reserve(libraries.size() * 32);
     for (const auto& library : libraries)
         if (!add_library(library))
             return;
@@ -125,7 +169,7 @@ bool Vexacm_compiler_manager::add_library(const std::shared_ptr<Vexacm_vexaoc_li
     }
     std::unique_ptr<vexaoc_capabilities, Release_capabilities> owner(&capabilities,
                                                                      {library.get()});
-    const Reported_capabilities reported(capabilities);
+    Reported_capabilities reported(capabilities);
 
     // Deliberate: on the two ways out below the record is not handed back. Held
     // by Catalogue.DoesNotHandBackTheRecordWithoutAValidFlexibleVersion.
@@ -150,32 +194,12 @@ bool Vexacm_compiler_manager::add_library(const std::shared_ptr<Vexacm_vexaoc_li
     vexaoc_api_version version = {};
     library->get_api_version(&version);
 
-    const std::size_t block = catalogue.size();
-    for (const char* compiler_type : reported.compiler_types) {
-        const Api_capabilities* const api = reported.find_api(compiler_type);
-        if (!api)
-            continue;
-        const std::vector<std::uint32_t> api_versions = api->version_numbers();
-        const std::uint32_t core_count = list_length(capabilities.num_cores, capabilities.cores);
-        for (std::uint32_t i = 0; i < core_count; ++i) {
-            const char* const core_name = text_or_empty(capabilities.cores[i].core_name);
-            const char* const core_revision = text_or_empty(capabilities.cores[i].core_revision);
-            if (is_blacklisted(core_name))
-                continue;
-            catalogue.emplace_back(version.major, version.minor, version.patch, flexible_major,
-                                   flexible_minor, flexible_patch, library->get_driver_name(),
-                                   core_name, core_revision, compiler_type, api_versions,
-                                   api->extensions, capabilities.binary_output_supported == 1,
-                                   reported.prerotate, library);
-        }
-    }
-
-    // Strictly before, from a test that is true for equals too. Stable, so that
-    // IDs do not depend on the standard library.
-    std::stable_sort(catalogue.begin() + static_cast<std::ptrdiff_t>(block), catalogue.end(),
-                     [](const Vexacm_internal_compiler& a, const Vexacm_internal_compiler& b) {
-                         return !Vexacm_internal_compiler::before(b, a);
-                     });
+    for (const Row& row : ordered_rows(capabilities, &reported))
+        catalogue.emplace_back(
+            version.major, version.minor, version.patch, flexible_major, flexible_minor,
+            flexible_patch, library->get_driver_name(), row.core_name, row.core_revision,
+            row.api->name, row.api->version_numbers, row.api->extensions,
+            capabilities.binary_output_supported == 1, reported.prerotate, library);
     return true;
 }
 

@@ -2,7 +2,6 @@
 #include "vexacm_internal_compiler.hpp"
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 #include <utility>
 
@@ -155,10 +154,15 @@ private:
     bool failed = false;
 };
 
+bool is_blank(char character) {
+    return character == ' ' || (character >= '\t' && character <= '\r');
+}
+
 // Reads the number that a piece of at most six characters begins with: 0 when
 // it begins with anything but a digit, a sign too; left alone when it is blank.
 void read_number(std::string_view piece, std::uint32_t* number) {
-    piece.remove_prefix(std::min(piece.find_first_not_of(" \t\n\v\f\r"), piece.size()));
+    while (!piece.empty() && is_blank(piece.front()))
+        piece.remove_prefix(1);
     if (piece.empty())
         return;
     *number = 0;
@@ -167,6 +171,46 @@ void read_number(std::string_view piece, std::uint32_t* number) {
             return;
         *number = *number * 10 + static_cast<std::uint32_t>(digit - '0');
     }
+}
+
+std::size_t find_either(std::string_view text, char a, char b) {
+    std::size_t position = 0;
+    while (position < text.size() && text[position] != a && text[position] != b)
+        ++position;
+    return position < text.size() ? position : std::string_view::npos;
+}
+
+// The name that callers see.
+std::string_view display_name(std::string_view core_name) {
+    for (const Core_name& core : vexa_core_name_translator)
+        if (core.short_name == core_name)
+            return core.display_name;
+    return core_name;
+}
+
+void read_core_name(std::string_view core_display_name, std::uint32_t* core_number) {
+    Text_cursor cursor(core_display_name);
+    cursor.skip_past('-', 5); // the length of "Vexa-"
+    cursor.skip_if('K');
+    read_number(cursor.take_line(3), core_number);
+}
+
+void read_core_revision(std::string_view core_revision, std::uint32_t* revision_numbers) {
+    Text_cursor cursor(core_revision);
+    cursor.skip_past('r', 2);
+    // Deliberate: one digit each. "r10p2" has major 1 and nothing more, and a
+    // hyphen in place of the underscore ends the reading. Held by
+    // CoreRevision.TakesOneDigitOfMajorAndMinor.
+    read_number(cursor.take_one_before('p'), &revision_numbers[0]);
+    read_number(cursor.take_one_before('_'), &revision_numbers[1]);
+
+    const std::string_view build_and_tag = cursor.take_line(6);
+    read_number(build_and_tag.substr(0, find_either(build_and_tag, 'd', 'r')),
+                &revision_numbers[2]);
+    // Deliberate: without a tag the position wraps to 0 and the release is the
+    // first character. Held by CoreRevision.ReadsTheReleaseWithoutATagFromTheStart.
+    const std::size_t release_at = find_either(build_and_tag, 'v', 'l') + 1;
+    read_number(build_and_tag.substr(release_at, 1), &revision_numbers[3]);
 }
 
 std::size_t not_negative(int count) {
@@ -179,22 +223,20 @@ class Option_list {
 public:
     explicit Option_list(std::size_t count) : entries(count) {}
 
-    void add(const char* key, const char* value) {
-        entries[length++] = key;
+    void add(std::string_view key, const char* value) {
+        entries[length++] = key.data();
         entries[length++] = value;
+        size_of_texts += key.size() + 1 + std::strlen(value) + 1;
     }
 
     // Replaces the texts added so far, which are other people's, by copies.
     void copy_texts() {
-        std::size_t size = 0;
-        for (const char* text : entries)
-            size += std::strlen(text) + 1;
-        texts.reset(new char[size]);
+        texts.reset(new char[size_of_texts]);
         char* next = texts.get();
         for (const char*& text : entries) {
-            const std::size_t text_size = std::strlen(text) + 1;
-            text = static_cast<const char*>(std::memcpy(next, text, text_size));
-            next += text_size;
+            char* const copy = next;
+            next = stpcpy(copy, text) + 1;
+            text = copy;
         }
     }
 
@@ -204,6 +246,7 @@ public:
 private:
     std::vector<const char*> entries;
     std::size_t length = 0;
+    std::size_t size_of_texts = 0;
     std::unique_ptr<char[]> texts;
 };
 
@@ -255,8 +298,8 @@ Vexacm_internal_compiler::Vexacm_internal_compiler(
       flexible_version_major(flexible_version_major_),
       flexible_version_minor(flexible_version_minor_),
       flexible_version_patch(flexible_version_patch_), driver_name(std::move(driver_name_)),
-      core_name(get_core_display_name(std::string(reported_core_name_))),
-      reported_core_name(reported_core_name_), core_revision(core_revision_), api_name(api_name_),
+      core_name(display_name(reported_core_name_)), reported_core_name(reported_core_name_),
+      core_revision(core_revision_), api_name(api_name_),
       highest_api_version(get_actual_highest_api_version(core_name, api_name, api_versions)),
       extensions(extensions_), extensions_known(!extensions.empty()),
       binary_output_supported(binary_output_supported_), prerotate_supported(prerotate_supported_),
@@ -266,56 +309,34 @@ Vexacm_internal_compiler::Vexacm_internal_compiler(
 
 bool Vexacm_internal_compiler::parse_core_name(const std::string& core_display_name,
                                                std::uint32_t* core_number) {
-    Text_cursor cursor(core_display_name);
-    cursor.skip_past('-', 5); // the length of "Vexa-"
-    cursor.skip_if('K');
-    read_number(cursor.take_line(3), core_number);
+    read_core_name(core_display_name, core_number);
     return true;
 }
 
 bool Vexacm_internal_compiler::parse_core_revision(const std::string& core_revision,
                                                    std::uint32_t* revision_numbers) {
-    Text_cursor cursor(core_revision);
-    cursor.skip_past('r', 2);
-    // Deliberate: one digit each. "r10p2" has major 1 and nothing more, and a
-    // hyphen in place of the underscore ends the reading. Held by
-    // CoreRevision.TakesOneDigitOfMajorAndMinor.
-    read_number(cursor.take_one_before('p'), &revision_numbers[0]);
-    read_number(cursor.take_one_before('_'), &revision_numbers[1]);
-
-    const std::string_view build_and_tag = cursor.take_line(6);
-    read_number(build_and_tag.substr(0, build_and_tag.find_first_of("dr")), &revision_numbers[2]);
-    // Deliberate: without a tag the position wraps to 0 and the release is the
-    // first character. Held by CoreRevision.ReadsTheReleaseWithoutATagFromTheStart.
-    const std::size_t release_at = build_and_tag.find_first_of("vl") + 1;
-    read_number(build_and_tag.substr(release_at, 1), &revision_numbers[3]);
+    read_core_revision(core_revision, revision_numbers);
     return true;
+}
+
+Vexacm_internal_compiler::Order_key
+Vexacm_internal_compiler::order_key(std::string_view core_name, std::string_view core_revision) {
+    Order_key key = {};
+    read_core_name(display_name(core_name), &key[0]);
+    read_core_revision(core_revision, &key[1]);
+    return key;
 }
 
 bool Vexacm_internal_compiler::before(const Vexacm_internal_compiler& a,
                                       const Vexacm_internal_compiler& b) {
-    std::uint32_t core_a = 0;
-    std::uint32_t core_b = 0;
-    parse_core_name(a.core_name, &core_a);
-    parse_core_name(b.core_name, &core_b);
-    if (core_a != core_b)
-        return core_a > core_b;
-
-    std::array<std::uint32_t, 4> revision_a = {};
-    std::array<std::uint32_t, 4> revision_b = {};
-    parse_core_revision(a.core_revision, revision_a.data());
-    parse_core_revision(b.core_revision, revision_b.data());
     // Deliberate: equals come before each other, and a record before itself; a
     // sort has to make a strict order of it. Held by
     // CompilerOrder.EqualsComeBeforeEachOther.
-    return revision_a >= revision_b;
+    return order_key(a.core_name, a.core_revision) >= order_key(b.core_name, b.core_revision);
 }
 
 std::string Vexacm_internal_compiler::get_core_display_name(const std::string& core_name) {
-    for (const Core_name& core : vexa_core_name_translator)
-        if (core.short_name == core_name)
-            return std::string(core.display_name);
-    return core_name;
+    return std::string(display_name(core_name));
 }
 
 std::uint32_t Vexacm_internal_compiler::get_actual_highest_api_version(
@@ -329,24 +350,6 @@ std::uint32_t Vexacm_internal_compiler::get_actual_highest_api_version(
         std::find(std::begin(MAXIMUM_GLES_310_CORES), std::end(MAXIMUM_GLES_310_CORES),
                   core_display_name) != std::end(MAXIMUM_GLES_310_CORES);
     return capped ? GLES_31 : highest;
-}
-
-bool Vexacm_internal_compiler::matches(const char* driver_name_, const char* core_name_,
-                                       const char* core_revision_, const char* api_name_,
-                                       const char* binary_output,
-                                       std::uint32_t minimum_api_version) const {
-    if (driver_name_ && driver_name != driver_name_)
-        return false;
-    if (core_name_ && core_name != core_name_)
-        return false;
-    if (core_revision_ && core_revision != core_revision_)
-        return false;
-    if (api_name_ && api_name != api_name_)
-        return false;
-    if (binary_output &&
-        binary_output != std::string_view(binary_output_supported ? "true" : "false"))
-        return false;
-    return minimum_api_version <= highest_api_version;
 }
 
 // --- Compiling ---

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <array>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -53,8 +55,12 @@ public:
                  const char* const* kernel_names, int num_kernel_names, bool binary_output,
                  bool prerotate, const char* const* defines, int num_defines);
 
-    /// The order of records: the highest core first, then the highest revision.
-    /// True, too, when core and revision are equal.
+    /// What records are ordered by, the highest first: the core's number and the
+    /// four numbers of its revision. The name is the reported or the display name.
+    using Order_key = std::array<std::uint32_t, 5>;
+    static Order_key order_key(std::string_view core_name, std::string_view core_revision);
+
+    /// The order of records. True, too, when core and revision are equal.
     static bool before(const Vexacm_internal_compiler& a, const Vexacm_internal_compiler& b);
 
     /// Both write the numbers they find, leave the others alone, and return true.
@@ -67,6 +73,9 @@ public:
     get_actual_highest_api_version(const std::string& core_display_name,
                                    const std::string& api_name,
                                    const std::vector<std::uint32_t>& api_versions);
+
+    /// Gives up the plug-in, ahead of the record's end.
+    void release_library() { library.reset(); }
 
     static void string_copy(const char** destination, const char* source);
     static void copy_compiler_outputs(vexaoc_outputs* destination, const vexaoc_outputs* source);
@@ -101,5 +110,22 @@ private:
     bool prerotate_supported;
     std::shared_ptr<Vexacm_vexaoc_library> library;
 };
+
+// Inline, as a query asks every record.
+inline bool Vexacm_internal_compiler::matches(const char* driver_name_, const char* core_name_,
+                                              const char* core_revision_, const char* api_name_,
+                                              const char* binary_output,
+                                              std::uint32_t minimum_api_version) const {
+    const auto passes = [](const std::string& text, const char* filter) {
+        return !filter || std::strcmp(text.c_str(), filter) == 0;
+    };
+    if (!passes(driver_name, driver_name_) || !passes(core_name, core_name_) ||
+        !passes(core_revision, core_revision_) || !passes(api_name, api_name_))
+        return false;
+    if (binary_output &&
+        std::strcmp(binary_output, binary_output_supported ? "true" : "false") != 0)
+        return false;
+    return minimum_api_version <= highest_api_version;
+}
 
 } // namespace VexaCM

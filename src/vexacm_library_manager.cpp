@@ -26,19 +26,19 @@ Vexacm_library_manager::Vexacm_library_manager(std::string directory)
 
     for (const std::string& path : paths) {
         const auto library = std::make_shared<Vexacm_vexaoc_library>(path);
-        if (library->is_initialized())
-            libraries.push_back(library);
+        if (!library->is_initialized())
+            continue;
+        // Deliberate: in front of its equals, so that plug-ins with equal names
+        // end up in the reverse of the order in which they were found, the
+        // OpenCL one of a driver first. Held by
+        // LibraryManager.EqualNamesEndUpInReverseOrder.
+        libraries.insert(std::partition_point(libraries.begin(), libraries.end(),
+                                              [&](const auto& other) {
+                                                  return !Vexacm_vexaoc_library::before(library,
+                                                                                        other);
+                                              }),
+                         library);
     }
-
-    // Deliberate: plug-ins with equal names end up in the reverse of the order
-    // in which they were found, the OpenCL one of a driver first. A stable sort
-    // by Vexacm_vexaoc_library::before would give that, but a test that is true
-    // for equals is not for the standard's algorithms. Held by
-    // LibraryManager.EqualNamesEndUpInReverseOrder.
-    std::reverse(libraries.begin(), libraries.end());
-    std::stable_sort(libraries.begin(), libraries.end(), [](const auto& a, const auto& b) {
-        return !Vexacm_vexaoc_library::before(b, a);
-    });
 }
 
 std::vector<std::shared_ptr<Vexacm_vexaoc_library>>

@@ -65,6 +65,12 @@ std::int32_t field_number(const std::string& name, std::size_t from, std::size_t
     return to_int(name.substr(from, end).c_str());
 }
 
+std::string version_text(std::uint32_t major, std::uint32_t minor, std::uint32_t patch) {
+    char text[sizeof "4294967295.4294967295.4294967295"];
+    std::snprintf(text, sizeof text, "%u.%u.%u", major, minor, patch);
+    return text;
+}
+
 } // namespace
 
 Vexacm_vexaoc_library::ParsedDriverName::ParsedDriverName(const std::string& name) {
@@ -128,9 +134,10 @@ bool Vexacm_vexaoc_library::open() {
     handle.reset(dlopen(library_path.c_str(), RTLD_NOW));
     if (handle)
         return true;
-    const char* const reason = dlerror();
+    // A copy: a host's own buffer that uses the loader ends the text's life.
+    const std::string reason = text_or_empty(dlerror());
     report_line("Couldn't load library at ", library_path);
-    report_line("Library load error: ", text_or_empty(reason));
+    report_line("Library load error: ", reason);
     return false;
 }
 
@@ -162,8 +169,8 @@ bool Vexacm_vexaoc_library::has_supported_interface() const {
     get_api_version_function(&version);
     if (version.major == 1)
         return true;
-    report_line("Library at ", library_path, " has version ", std::to_string(version.major), ".",
-                std::to_string(version.minor), ".", std::to_string(version.patch), ".");
+    report_line("Library at ", library_path, " has version ",
+                version_text(version.major, version.minor, version.patch), ".");
     report_line("This compiler manager supports library version v1.x.x only. Please upgrade to a "
                 "later compiler manager version.");
     return false;
@@ -202,8 +209,8 @@ bool Vexacm_vexaoc_library::is_supported_flexible_version(const char* text) cons
         supported = false;
     }
     if (major == 0 || major > 3) {
-        report_line("Library at ", library_path, " uses flexible version ", std::to_string(major),
-                    ".", std::to_string(minor), ".", std::to_string(patch), ".");
+        report_line("Library at ", library_path, " uses flexible version ",
+                    version_text(major, minor, patch), ".");
         report_line("This compiler manager supports flexible versions v1.x.x, v2.x.x and v3.x.x "
                     "only. Please upgrade to a later compiler manager version.");
         supported = false;
