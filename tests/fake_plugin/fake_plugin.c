@@ -18,7 +18,13 @@
 
 #define EXPORT __attribute__((visibility("default")))
 
-enum { API_VERSION_SIZE = 12, CAPABILITIES_SIZE = 40, OUTPUTS_SIZE = 64, LIST_SIZE = 16 };
+enum {
+    API_VERSION_SIZE = 12,
+    CAPABILITIES_SIZE = 40,
+    INPUTS_SIZE = 48,
+    OUTPUTS_SIZE = 64,
+    LIST_SIZE = 16
+};
 
 static Block* capability_blocks;
 static Block* output_blocks;
@@ -34,6 +40,8 @@ __attribute__((constructor)) static void load(void) {
     open_journal(self.dli_fname, log ? word(log, 1) : NULL);
     note_call("load");
     say(find("say-on-load"));
+    if (find("guard"))
+        guard_memory();
 }
 
 __attribute__((destructor)) static void unload(void) {
@@ -118,11 +126,17 @@ EXPORT int vexaoc_get_capabilities(void* capabilities) {
     return result;
 }
 
+/* What releasing returns, which nobody is to look at. */
+static int release_result(void) {
+    const Line* line = find("release-result");
+    return line ? (int)strtol(word(line, 1), NULL, 0) : 99;
+}
+
 EXPORT int vexaoc_release_capabilities(void* capabilities) {
     note_call("release_capabilities");
     release_blocks(&capability_blocks);
     memset(capabilities, 'X', CAPABILITIES_SIZE);
-    return 99;
+    return release_result();
 }
 
 /* The directives of the first outputs section whose word occurs in the source. */
@@ -169,12 +183,13 @@ static size_t read_hex(Block** blocks, const char* hex, unsigned char** bytes) {
 static int fill_outputs(void* outputs, size_t begin, size_t end) {
     List a = {NULL, 0};
     List b = {NULL, 0};
-    enum { MOST_LISTS = 64 };
-    List items[MOST_LISTS] = {{NULL, 0}};
+    List* items = calloc(end - begin + 1, sizeof *items); /* as many as there are lines */
     uint32_t num_lists = 0;
     unsigned char* binary = NULL;
     size_t binary_size = 0;
     int result = 0;
+    if (!items)
+        abort();
     for (size_t i = begin; i < end; ++i) {
         const Line* line = &lines[i];
         if (is(line, "result"))
@@ -185,7 +200,7 @@ static int fill_outputs(void* outputs, size_t begin, size_t end) {
             append(&output_blocks, &a, word(line, 1));
         if (is(line, "b"))
             append(&output_blocks, &b, word(line, 1));
-        if (is(line, "list") && num_lists < MOST_LISTS)
+        if (is(line, "list"))
             ++num_lists;
         if (is(line, "item"))
             append(&output_blocks, &items[num_lists - 1], word(line, 1));
@@ -195,6 +210,7 @@ static int fill_outputs(void* outputs, size_t begin, size_t end) {
     char* lists = allocate(&output_blocks, num_lists * LIST_SIZE);
     for (uint32_t i = 0; i < num_lists; ++i)
         put_list(lists + i * LIST_SIZE, 0, 8, items[i].count, items[i].texts);
+    free(items);
     memset(outputs, JUNK, OUTPUTS_SIZE);
     put_list(outputs, 0, 8, num_lists, num_lists ? lists : NULL);
     put_list(outputs, 16, 24, (uint32_t)binary_size, binary);
@@ -223,6 +239,10 @@ EXPORT int vexaoc_compile(void* inputs, void* outputs) {
     const size_t begin = find_outputs(get_pointer(inputs, 0), &end);
     release_blocks(&output_blocks);
     const int result = begin < num_lines ? fill_outputs(outputs, begin, end) : 0;
+    /* The request is the plug-in's to write into as well. */
+    if (get_pointer(inputs, 16))
+        memset(get_pointer(inputs, 16), JUNK, get32(inputs, 8) * sizeof(char*));
+    memset(inputs, JUNK, INPUTS_SIZE);
     memcpy(last_outputs, outputs, OUTPUTS_SIZE);
     return result;
 }
@@ -232,5 +252,5 @@ EXPORT int vexaoc_release_outputs(void* outputs) {
     note_call(same ? "release_outputs" : "release_outputs of another record");
     release_blocks(&output_blocks);
     memset(outputs, 'X', OUTPUTS_SIZE);
-    return 99;
+    return release_result();
 }

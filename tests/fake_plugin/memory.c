@@ -1,29 +1,63 @@
 /* SPDX-License-Identifier: MIT */
+#define _GNU_SOURCE
 #include "memory.h"
 
 #include <stdlib.h>
 #include <string.h>
+#include <sys/mman.h>
+
+enum { PAGE = 4096 };
 
 struct Block {
     Block* next;
     size_t size;
+    unsigned char* bytes;
+    size_t mapped; /* 0: from malloc */
 };
 
+static int guarded;
+
+void guard_memory(void) {
+    guarded = 1;
+}
+
+/* Ends where a page begins that may not be touched, and so begins anywhere. */
+static unsigned char* map_before_a_guard(size_t size, size_t* mapped) {
+    const size_t room = (size + PAGE - 1) / PAGE * PAGE;
+    *mapped = room + PAGE;
+    unsigned char* pages =
+        mmap(NULL, *mapped, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (pages == MAP_FAILED || mprotect(pages + room, PAGE, PROT_NONE) != 0)
+        abort();
+    return pages + room - size;
+}
+
+static unsigned char* first_page(const Block* block) {
+    return block->bytes + block->size + PAGE - block->mapped;
+}
+
 void* allocate(Block** blocks, size_t size) {
-    Block* block = malloc(sizeof *block + size);
+    Block* block = calloc(1, sizeof *block);
     if (!block)
+        abort();
+    block->bytes = guarded ? map_before_a_guard(size, &block->mapped) : malloc(size);
+    if (!block->bytes)
         abort();
     block->next = *blocks;
     block->size = size;
     *blocks = block;
-    return memset(block + 1, JUNK, size);
+    return memset(block->bytes, JUNK, size);
 }
 
 void release_blocks(Block** blocks) {
     while (*blocks) {
         Block* block = *blocks;
         *blocks = block->next;
-        memset(block + 1, 'X', block->size);
+        memset(block->bytes, 'X', block->size);
+        if (block->mapped)
+            munmap(first_page(block), block->mapped);
+        else
+            free(block->bytes);
         free(block);
     }
 }

@@ -13,6 +13,10 @@ enum { JUNK = 0xA5 };
 
 typedef struct Block Block;
 
+/* From now on memory ends where nothing may be read, wherever it then begins
+ * (arrays of records are in place all the same), and is gone when it is freed. */
+void guard_memory(void);
+
 void* allocate(Block** blocks, size_t size);
 void release_blocks(Block** blocks);
 

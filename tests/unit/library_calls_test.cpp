@@ -126,9 +126,6 @@ TEST_F(LibraryCalls, LoadedThenEachReachesItsFunctionAndReturnsItsResult) {
         EXPECT_EQ(library.release_capabilities(&capabilities), 99);
         EXPECT_EQ(plugins.take_log(), log({"release_capabilities"}));
 
-        vexaoc_inputs inputs = {};
-        inputs.core_name = "core";
-        inputs.core_revision = "revision";
         const struct {
             const char* source;
             int result;
@@ -136,6 +133,9 @@ TEST_F(LibraryCalls, LoadedThenEachReachesItsFunctionAndReturnsItsResult) {
         } compiles[] = {{"broken", 3, 0}, {"odd", 4711, 0}, {"", 0, 1}};
         for (const auto& compile : compiles) {
             vexaoc_outputs outputs = {};
+            vexaoc_inputs inputs = {};
+            inputs.core_name = "core";
+            inputs.core_revision = "revision";
             inputs.source = compile.source;
             EXPECT_EQ(library.compile(&inputs, &outputs), compile.result);
             EXPECT_EQ(outputs.num_strings_a, compile.errors);
