@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: MIT
+// The catalogue of one plug-in with many cores: how it is made and how it is
+// queried, beside a vector of records made and scanned by hand. Both open the
+// plug-in, which is open already.
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstdio>
+#include <numeric>
+#include <string>
+#include <vector>
+
+#include "bench_directory.hpp"
+#include "bench_plugin.h"
+#include "direct_plugin.hpp"
+#include "paired.hpp"
+#include "vexacm.h"
+#include "vexacm_internal_compiler.hpp"
+
+namespace {
+
+using VexaCM::Vexacm_internal_compiler;
+
+struct Record {
+    std::string driver_name, core_name, reported_core_name, core_revision, api_name, extensions;
+    std::array<char, sizeof(Vexacm_internal_compiler) - 6 * sizeof(std::string)> rest;
+};
+static_assert(sizeof(Record) == sizeof(Vexacm_internal_compiler));
+
+// What the catalogue is to look like, found out beforehand: with the numbers to
+// sort by.
+struct Core {
+    std::array<std::uint32_t, 5> key;
+    std::string display_name;
+};
+
+std::vector<Core> cores_of(const Direct_plugin& plugin) {
+    vexaoc_capabilities capabilities = {};
+    plugin.get_capabilities(&capabilities);
+    std::vector<Core> cores;
+    for (std::uint32_t i = 0; i < capabilities.num_cores; ++i) {
+        const std::string reported = capabilities.cores[i].core_name;
+        Core core = {{}, "Vexa-K" + reported.substr(1, 2) + "0"};
+        core.key[0] = static_cast<std::uint32_t>(std::stoul(core.display_name.substr(6)));
+        std::sscanf(capabilities.cores[i].core_revision, "r%1up%1u_%urel%u", &core.key[1],
+                    &core.key[2], &core.key[3], &core.key[4]);
+        cores.push_back(core);
+    }
+    return cores;
+}
+
+std::vector<Record> by_hand(const std::string& root, const std::vector<Core>& cores) {
+    const auto plugins = open_all(root);
+    const Direct_plugin& plugin = *plugins.front();
+    vexaoc_api_version version = {};
+    vexaoc_capabilities capabilities = {};
+    for (int pass = 0; pass < 2; ++pass) {
+        plugin.get_api_version(&version);
+        plugin.get_capabilities(&capabilities);
+        plugin.release_capabilities(&capabilities);
+    }
+    std::vector<std::uint32_t> order(cores.size());
+    std::iota(order.begin(), order.end(), 0);
+    std::sort(order.begin(), order.end(),
+              [&](std::uint32_t a, std::uint32_t b) { return cores[a].key > cores[b].key; });
+
+    std::vector<Record> records;
+    records.reserve(cores.size());
+    for (const std::uint32_t i : order)
+        records.push_back({"Vexa-K300_r0p0-00rel0",
+                           cores[i].display_name,
+                           capabilities.cores[i].core_name,
+                           capabilities.cores[i].core_revision,
+                           "openglessl",
+                           "",
+                           {}});
+    return records;
+}
+
+std::vector<unsigned int> scan(const std::vector<Record>& records, const std::string& core_name) {
+    std::vector<unsigned int> ids;
+    for (std::size_t i = 0; i < records.size(); ++i)
+        if (records[i].core_name == core_name)
+            ids.push_back(static_cast<unsigned int>(i));
+    return ids;
+}
+
+void query(const char* core_name) {
+    unsigned int* ids = nullptr;
+    unsigned int count = 0;
+    vexacm_get_compilers(&ids, &count, nullptr, core_name, nullptr, nullptr, nullptr, 0);
+    paired::keep(ids);
+    vexacm_release_compilers(&ids, count);
+}
+
+} // namespace
+
+int main() {
+    const Bench_directory directory(1);
+    // Open throughout, so that the number of cores stays set.
+    const Direct_plugin plugin(directory.plugin(0));
+    for (const std::uint32_t num_cores : {100U, 1000U, 10000U, 100000U, 1000000U}) {
+        plugin.function<void(std::uint32_t)>("bench_plugin_set_cores")(num_cores);
+        const std::vector<Core> cores = cores_of(plugin);
+        paired::compare("cores", num_cores, paired::slice_of([&] {
+                            vexacm_initialize_libraries(directory.root().c_str());
+                            vexacm_release_libraries();
+                        }),
+                        paired::slice_of([&] { paired::keep(by_hand(directory.root(), cores)); }),
+                        1);
+
+        vexacm_initialize_libraries(directory.root().c_str());
+        const std::vector<Record> records = by_hand(directory.root(), cores);
+        const std::string core_name = "Vexa-K460";
+        paired::compare("query", num_cores, paired::slice_of([&] { query(core_name.c_str()); }),
+                        paired::slice_of([&] { paired::keep(scan(records, core_name)); }), 0.5);
+        vexacm_release_libraries();
+    }
+}

@@ -1,0 +1,2 @@
+// SPDX-License-Identifier: MIT
+// A C++ library with nothing in it.
