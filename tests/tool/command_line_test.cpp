@@ -16,8 +16,10 @@ Options:
 Subcommands:
   list                        List the compilers that pass the filters
   info                        Tell all about one compiler
-  compile                     Compile with the first compiler that passes the filters
+  compile                     Compile with the first compiler that passes
 
+Exit status: 0 done, 1 errors in the source, 2 wrong use, 3 no compiler matches,
+4 request refused, 5 input or output failed. See vexacm(1).
 )";
 
 const char* const INFO_HELP = R"(Tell all about one compiler

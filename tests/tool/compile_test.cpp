@@ -131,9 +131,11 @@ TEST_F(CompileCommand, FiltersThenTheFirstThatPasses) {
 TEST_F(CompileCommand, NoCompilerThenSaid) {
     add_source("a.frag");
     expect(vexacm({"compile", "a.frag", "--min-version", "321"}), 3, "",
-           "vexacm: no compiler matches\n");
+           "vexacm: no compiler matches: with --api 'openglessl' --min-version 321 none is left of "
+           "320, 300\n");
     expect(vexacm({"compile", "a.frag", "--min-version", "321", "--json"}), 3, "",
-           "vexacm: no compiler matches\n");
+           "vexacm: no compiler matches: with --api 'openglessl' --min-version 321 none is left of "
+           "320, 300\n");
 }
 
 TEST_F(CompileCommand, DefinitionsThenPassedOnAsWritten) {

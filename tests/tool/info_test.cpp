@@ -59,9 +59,9 @@ TEST_F(InfoCommand, ExtensionsThatAreProbedThenThoseFound) {
 }
 
 TEST_F(InfoCommand, IdThatIsNotKnownThenWrongUse) {
-    expect(vexacm({"info", "4"}), 2, "", "vexacm: there is no compiler 4: 4 are known\n");
+    expect(vexacm({"info", "4"}), 2, "", "vexacm: there is no compiler 4: IDs run from 0 to 3\n");
     expect(vexacm({"info", "4294967295", "--json"}), 2, "",
-           "vexacm: there is no compiler 4294967295: 4 are known\n");
+           "vexacm: there is no compiler 4294967295: IDs run from 0 to 3\n");
 }
 
 TEST_F(InfoCommand, IdThatIsNoNumberThenWrongUse) {

@@ -15,7 +15,11 @@ const std::string K460 =
     "2   Vexa-K300_r5p0-06rel0  Vexa-K460  r0p1_00rel0  openglessl  320      yes     yes\n";
 const std::string K420 =
     "3   Vexa-K300_r1p0-00rel0  Vexa-K420  r2p0_02rel1  openglessl  300      no      no\n";
-const std::string NONE = "vexacm: no compiler matches\n";
+
+std::string none(std::string_view filters, std::string_view left) {
+    return "vexacm: no compiler matches: with " + std::string(filters) + " none is left of " +
+           std::string(left) + "\n";
+}
 
 TEST_F(ListCommand, WithoutFiltersThenAllCompilersInColumns) {
     expect(vexacm({"list"}), 0, HEADINGS + KERNELS + K580 + K460 + K420, "");
@@ -24,17 +28,20 @@ TEST_F(ListCommand, WithoutFiltersThenAllCompilersInColumns) {
 TEST_F(ListCommand, DriverThenOnlyThatOne) {
     // The columns are as wide as what stands in them.
     expect(vexacm({"list", "--driver", "Vexa-K300_r1p0-00rel0"}), 0, HEADINGS + K420, "");
-    expect(vexacm({"list", "--driver", "Vexa-K300"}), 3, "", NONE);
+    expect(vexacm({"list", "--driver", "Vexa-K300"}), 3, "",
+           none("--driver 'Vexa-K300'", "Vexa-K300_r5p0-06rel0, Vexa-K300_r1p0-00rel0"));
 }
 
 TEST_F(ListCommand, CoreThenOnlyThatOne) {
     expect(vexacm({"list", "--core=Vexa-K460"}), 0, HEADINGS + K460, "");
-    expect(vexacm({"list", "--core", "k46x"}), 3, "", NONE);
+    expect(vexacm({"list", "--core", "k46x"}), 3, "",
+           none("--core 'k46x'", "Vexa-K580, Vexa-K460, Vexa-K420"));
 }
 
 TEST_F(ListCommand, RevisionThenOnlyThatOne) {
     expect(vexacm({"list", "--revision", "r2p0_02rel1"}), 0, HEADINGS + K420, "");
-    expect(vexacm({"list", "--revision", "r2p0"}), 3, "", NONE);
+    expect(vexacm({"list", "--revision", "r2p0"}), 3, "",
+           none("--revision 'r2p0'", "r0p0_00rel0, r0p1_00rel0, r2p0_02rel1"));
 }
 
 TEST_F(ListCommand, ApiThenOnlyItsCompilers) {
@@ -53,7 +60,8 @@ TEST_F(ListCommand, BinaryOutputThenThoseWithOrWithout) {
 TEST_F(ListCommand, MinVersionThenThoseAndNewer) {
     expect(vexacm({"list", "--min-version", "300"}), 0, HEADINGS + K580 + K460 + K420, "");
     expect(vexacm({"list", "--min-version", "301"}), 0, HEADINGS + K580 + K460, "");
-    expect(vexacm({"list", "--min-version", "4294967295"}), 3, "", NONE);
+    expect(vexacm({"list", "--min-version", "4294967295"}), 3, "",
+           none("--min-version 4294967295", "200, 320, 300"));
 }
 
 TEST_F(ListCommand, MinVersionWithLeadingNoughtThenStillDecimal) {
@@ -71,12 +79,15 @@ TEST_F(ListCommand, SeveralFiltersThenAllMustPass) {
            "ID  driver                 core       revision     API     version  binary  prerotate\n"
            "0   Vexa-K300_r5p0-06rel0  Vexa-K580  r0p0_00rel0  opencl  200      yes     no\n",
            "");
-    expect(vexacm({"list", "--core", "Vexa-K460", "--api", "opencl"}), 3, "", NONE);
+    expect(vexacm({"list", "--core", "Vexa-K460", "--api", "opencl"}), 3, "",
+           none("--api 'opencl' --core 'Vexa-K460'", "Vexa-K580"));
 }
 
 TEST_F(ListCommand, EmptyFilterThenItIsStillAFilter) {
-    expect(vexacm({"list", "--revision", ""}), 3, "", NONE);
-    expect(vexacm({"list", "--revision=", "--json"}), 3, "[]\n", NONE);
+    expect(vexacm({"list", "--revision", ""}), 3, "",
+           none("--revision ''", "r0p0_00rel0, r0p1_00rel0, r2p0_02rel1"));
+    expect(vexacm({"list", "--revision=", "--json"}), 3, "[]\n",
+           none("--revision ''", "r0p0_00rel0, r0p1_00rel0, r2p0_02rel1"));
 }
 
 TEST_F(ListCommand, JsonThenArrayOfObjects) {
@@ -107,7 +118,8 @@ TEST_F(ListCommand, JsonThenArrayOfObjects) {
 }
 
 TEST_F(ListCommand, JsonWithoutMatchThenEmptyArray) {
-    expect(vexacm({"list", "--json", "--core", "none"}), 3, "[]\n", NONE);
+    expect(vexacm({"list", "--json", "--core", "none"}), 3, "[]\n",
+           none("--core 'none'", "Vexa-K580, Vexa-K460, Vexa-K420"));
 }
 
 // Two letters of two bytes, a line break and a byte that is no UTF-8.

@@ -60,13 +60,14 @@ TEST_F(PluginDirectory, NotNamedThenTheInstalledOne) {
     expect(run_here({tool, "list"}), 0, whole_list, "");
 }
 
-TEST_F(PluginDirectory, NotNamedAndMissingThenNoCompilerMatches) {
+TEST_F(PluginDirectory, NotNamedAndMissingThenWhatToDo) {
     const std::string tool = installed();
     const std::string expected = path("prefix/bin/../" VEXACM_PLUGIN_DIR);
     expect(run_here({tool, "list"}), 3, "",
            "Unable to open library directory " + expected + "/openglessl\n" +
                "Unable to open library directory " + expected + "/opencl\n" +
-               "vexacm: no compiler matches\n");
+               "vexacm: no compiler matches: there is no directory '" + expected +
+               "': name one with --plugins\n");
 }
 
 TEST_F(PluginDirectory, InitialisationThrowsThenRefused) {

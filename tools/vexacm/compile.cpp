@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "commands.hpp"
 #include "compile_report.hpp"
+#include "no_match.hpp"
 #include "options.hpp"
 #include "plugin_directory.hpp"
 #include "stage.hpp"
@@ -13,7 +14,7 @@ namespace {
 struct Compile_options {
     std::string file;
     std::string stage;
-    Filters filters;
+    vexacm::Filters filters;
     std::vector<std::string> defines;
     std::vector<std::string> kernels;
     std::optional<std::string> output;
@@ -50,59 +51,43 @@ std::string shown_name(const Compile_options& options) {
     return options.file == "-" ? "<stdin>" : options.file;
 }
 
-std::vector<const char*> pointers(const std::vector<std::string>& texts) {
-    std::vector<const char*> result;
-    for (const std::string& text : texts)
-        result.push_back(text.c_str());
-    return result;
-}
-
-bool compile_source(Outputs& outputs, const Compile_options& options, const std::string& source,
-                    unsigned int id) {
-    const auto kernels = pointers(options.kernels);
-    const auto defines = pointers(options.defines);
-    return vexacm_compile(outputs.get(), source.c_str(), options.stage.c_str(), kernels.data(),
-                          static_cast<int>(kernels.size()), options.output.has_value(),
-                          options.prerotate, defines.data(), static_cast<int>(defines.size()), id);
-}
-
 void write_results(const Compile_options& options, const Compiler& compiler,
-                   const vexaoc_outputs& outputs) {
-    const bool wants_binary = options.output && outputs.num_strings_a == 0;
+                   const vexacm::Outputs& outputs) {
+    const bool wants_binary = options.output && outputs.compiled();
     if (wants_binary) {
-        if (outputs.binary_size == 0)
+        if (outputs.binary().empty())
             throw Failure{Exit_status::refused,
                           shown_name(options) + ": the compiler returned no binary"};
-        write_binary(*options.output,
-                     {reinterpret_cast<const char*>(outputs.binary), outputs.binary_size});
+        write_binary(*options.output, outputs.binary());
     }
     if (options.json)
-        write_standard_output(json_report(compiler, outputs));
+        write_standard_output(json_report(compiler, *outputs));
     else if (options.output != "-")
-        write_standard_output(report(outputs, wants_binary ? *options.output : ""));
+        write_standard_output(report(*outputs, wants_binary ? *options.output : ""));
 }
 
 Exit_status compile(const Compile_options& given, const std::optional<std::string>& plugins) {
     const Compile_options options = completed(given);
-    const std::string source = read_source(options.file);
-    const Library library = open_library(plugins);
-    const Compiler_ids ids = matching_compilers(options.filters);
-    if (ids.count == 0)
-        throw Failure{Exit_status::no_compiler, "no compiler matches"};
-    const Compiler compiler = properties(*ids.begin());
+    std::string source = read_source(options.file);
+    const std::string directory = plugin_directory(plugins);
+    const vexacm::Library library = open_library(directory);
+    const Compiler compiler(*some_compilers(options.filters, directory).begin());
 
     // Named first: what follows may be what the plug-in itself prints.
     if (!options.json && options.output != "-")
         write_standard_output(compiler_line(compiler));
 
-    Outputs outputs;
-    if (!compile_source(outputs, options, source, compiler.id))
+    const auto outputs =
+        vexacm::compile({std::move(source), options.stage, options.kernels, options.defines,
+                         options.output.has_value(), options.prerotate},
+                        compiler.id);
+    if (!outputs)
         throw Failure{Exit_status::refused,
                       shown_name(options) + ": the compiler did not carry out the request"};
     if (!options.json)
-        print_diagnostics(shown_name(options), *outputs);
+        print_diagnostics(shown_name(options), **outputs);
     write_results(options, compiler, *outputs);
-    return outputs->num_strings_a == 0 ? Exit_status::done : Exit_status::source_errors;
+    return outputs->compiled() ? Exit_status::done : Exit_status::source_errors;
 }
 
 } // namespace
@@ -110,12 +95,17 @@ Exit_status compile(const Compile_options& given, const std::optional<std::strin
 Command add_compile(CLI::App& tool) {
     const auto options = std::make_shared<Compile_options>();
     CLI::App* const command =
-        tool.add_subcommand("compile", "Compile with the first compiler that passes the filters");
+        tool.add_subcommand("compile", "Compile with the first compiler that passes");
     command->add_option("FILE", options->file, "Source text; - reads standard input")
         ->required()
         ->type_name("");
-    command->add_option("--stage", options->stage, "What FILE is; without it, its ending tells")
-        ->check(CLI::IsMember(stage_names()));
+    command
+        ->add_option("--stage", options->stage,
+                     "What FILE is: vertex, fragment, compute, geometry,\n"
+                     "tessellation_control, tessellation_evaluation\n"
+                     "or kernel; without it, its ending tells")
+        ->type_name("STAGE")
+        ->check(one_of(stage_names()));
     add_filters(*command, options->filters);
     command->add_option("-D", options->defines, "Definition for the preprocessor; repeatable")
         ->type_name("NAME[=VALUE]")

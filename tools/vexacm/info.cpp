@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "commands.hpp"
 #include "compilers.hpp"
+#include "no_match.hpp"
 #include "options.hpp"
 #include "plugin_directory.hpp"
 #include "streams.hpp"
@@ -17,14 +18,14 @@ struct Info_options {
     bool json = false;
 };
 
-std::vector<std::string> extensions(unsigned int id) {
-    std::istringstream text{vexacm_get_extensions(id)};
+std::vector<std::string> extensions(const Compiler& compiler) {
+    std::istringstream text{compiler.extensions()};
     return {std::istream_iterator<std::string>{text}, {}};
 }
 
 std::string as_json(const Compiler& compiler) {
     auto object = to_json(compiler);
-    object["extensions"] = extensions(compiler.id);
+    object["extensions"] = extensions(compiler);
     return to_text(object);
 }
 
@@ -38,19 +39,23 @@ std::string as_text(const Compiler& compiler) {
                                 {"binary:", yes_or_no(compiler.binary_output)},
                                 {"prerotate:", yes_or_no(compiler.prerotate)}});
     text += "extensions:\n";
-    for (const std::string& extension : extensions(compiler.id))
+    for (const std::string& extension : extensions(compiler))
         text += "  " + one_line(extension) + '\n';
     return text;
 }
 
 Exit_status info(const Info_options& options, const std::optional<std::string>& plugins) {
-    const Library library = open_library(plugins);
+    const std::string directory = plugin_directory(plugins);
+    const vexacm::Library library = open_library(directory);
     // The library does not check IDs; they run from 0 to the number of all compilers.
-    const unsigned int count = matching_compilers({}).count;
-    if (options.id >= count)
-        throw Failure{Exit_status::wrong_use, "there is no compiler " + std::to_string(options.id) +
-                                                  ": " + std::to_string(count) + " are known"};
-    const Compiler compiler = properties(options.id);
+    const unsigned int count = Compiler_ids().size();
+    if (options.id >= count) {
+        const std::string reason =
+            count == 0 ? why_none({}, directory) : "IDs run from 0 to " + std::to_string(count - 1);
+        throw Failure{Exit_status::wrong_use,
+                      "there is no compiler " + std::to_string(options.id) + ": " + reason};
+    }
+    const Compiler compiler(options.id);
     write_standard_output(options.json ? as_json(compiler) : as_text(compiler));
     return Exit_status::done;
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "commands.hpp"
 #include "compilers.hpp"
+#include "no_match.hpp"
 #include "options.hpp"
 #include "plugin_directory.hpp"
 #include "streams.hpp"
@@ -11,14 +12,14 @@ namespace vexacm_tool {
 namespace {
 
 struct List_options {
-    Filters filters;
+    vexacm::Filters filters;
     bool json = false;
 };
 
 std::string as_json(const Compiler_ids& ids) {
     auto array = nlohmann::ordered_json::array();
     for (const unsigned int id : ids)
-        array.push_back(to_json(properties(id)));
+        array.push_back(to_json(Compiler(id)));
     return to_text(array);
 }
 
@@ -26,7 +27,7 @@ std::string as_table(const Compiler_ids& ids) {
     std::vector<Row> rows{
         {"ID", "driver", "core", "revision", "API", "version", "binary", "prerotate"}};
     for (const unsigned int id : ids) {
-        const Compiler compiler = properties(id);
+        const Compiler compiler(id);
         rows.push_back({std::to_string(id), compiler.driver, compiler.core, compiler.revision,
                         compiler.api, std::to_string(compiler.version),
                         yes_or_no(compiler.binary_output), yes_or_no(compiler.prerotate)});
@@ -35,12 +36,12 @@ std::string as_table(const Compiler_ids& ids) {
 }
 
 Exit_status list(const List_options& options, const std::optional<std::string>& plugins) {
-    const Library library = open_library(plugins);
-    const Compiler_ids ids = matching_compilers(options.filters);
+    const std::string directory = plugin_directory(plugins);
+    const vexacm::Library library = open_library(directory);
+    // An array that is empty is printed too.
     if (options.json)
-        write_standard_output(as_json(ids));
-    if (ids.count == 0)
-        throw Failure{Exit_status::no_compiler, "no compiler matches"};
+        write_standard_output(as_json(Compiler_ids(options.filters)));
+    const Compiler_ids ids = some_compilers(options.filters, directory);
     if (!options.json)
         write_standard_output(as_table(ids));
     return Exit_status::done;

@@ -43,6 +43,9 @@ Exit_status run(int argc, char** argv) {
     add_text(tool, "--plugins", plugins, "Plug-in directory, instead of the tool's own")
         ->type_name("DIR");
     const Command commands[] = {add_list(tool), add_info(tool), add_compile(tool)};
+    // Not before: the commands would take it over.
+    tool.footer("Exit status: 0 done, 1 errors in the source, 2 wrong use, 3 no compiler matches,\n"
+                "4 request refused, 5 input or output failed. See vexacm(1).");
     try {
         tool.parse(arguments_last_first(argc, argv));
     } catch (const CLI::ParseError& reason) {

@@ -12,6 +12,10 @@ CLI::Option* add_text(CLI::App& command, const std::string& name, std::optional<
         name, [&text](const std::string& given) { text = given; }, description);
 }
 
+CLI::Validator one_of(const std::vector<std::string>& words) {
+    return CLI::IsMember(words).description("");
+}
+
 CLI::Option* add_number(CLI::App& command, const std::string& name, unsigned int& number,
                         const std::string& description) {
     const auto read = [name, &number](const std::string& given) {
@@ -36,14 +40,15 @@ std::vector<std::string> arguments_last_first(int argc, char** argv) {
     return arguments;
 }
 
-void add_filters(CLI::App& command, Filters& filters) {
+void add_filters(CLI::App& command, vexacm::Filters& filters) {
     add_text(command, "--driver", filters.driver, "Driver release, such as Vexa-K300_r5p0-06rel0");
     add_text(command, "--core", filters.core, "Core, such as Vexa-K460");
     add_text(command, "--revision", filters.revision, "Revision of the core, such as r0p1_00rel0");
-    add_text(command, "--api", filters.api, "Language that it compiles")
-        ->check(CLI::IsMember({"openglessl", "opencl"}));
-    add_text(command, "--binary-output", filters.binary_output, "Whether it returns binaries")
-        ->check(CLI::IsMember({"true", "false"}));
+    add_text(command, "--api", filters.api, "Language that it compiles: openglessl or opencl")
+        ->check(one_of({"openglessl", "opencl"}));
+    add_text(command, "--binary-output", filters.binary_output,
+             "Whether it returns binaries: true or false")
+        ->check(one_of({"true", "false"}));
     add_number(command, "--min-version", filters.min_version,
                "Lowest language version to accept, such as 310");
 }

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "compilers.hpp"
-
 #include <CLI/CLI.hpp>
+#include <optional>
 #include <string>
 #include <vector>
+#include <vexacm.hpp>
 
 namespace vexacm_tool {
 
@@ -13,6 +13,10 @@ namespace vexacm_tool {
 /// take the empty text for none.
 CLI::Option* add_text(CLI::App& command, const std::string& name, std::optional<std::string>& text,
                       const std::string& description);
+
+/// A check for one of these words. It does not add them to the help, where they
+/// stand in the description: a line has 80 columns.
+CLI::Validator one_of(const std::vector<std::string>& words);
 
 /// An option with a decimal number; the parser's own numbers may be octal.
 CLI::Option* add_number(CLI::App& command, const std::string& name, unsigned int& number,
@@ -23,6 +27,6 @@ CLI::Option* add_number(CLI::App& command, const std::string& name, unsigned int
 std::vector<std::string> arguments_last_first(int argc, char** argv);
 
 /// The options that choose compilers.
-void add_filters(CLI::App& command, Filters& filters);
+void add_filters(CLI::App& command, vexacm::Filters& filters);
 
 } // namespace vexacm_tool

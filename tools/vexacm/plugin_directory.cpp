@@ -12,7 +12,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-fs::path named_directory(const std::string& named) {
+std::string named_directory(const std::string& named) {
     std::error_code error;
     if (fs::is_directory(named, error))
         return named;
@@ -21,22 +21,25 @@ fs::path named_directory(const std::string& named) {
 }
 
 // Beside the tool in the build folder, in the library folder once installed.
-fs::path default_directory() {
+std::string default_directory() {
     const fs::path home = fs::read_symlink("/proc/self/exe").parent_path();
     const fs::path built = home / "plugins";
     std::error_code missing;
-    return fs::is_directory(built, missing) ? built : home / ".." / VEXACM_PLUGIN_DIR;
+    return (fs::is_directory(built, missing) ? built : home / ".." / VEXACM_PLUGIN_DIR).string();
 }
 
 } // namespace
 
-Library open_library(const std::optional<std::string>& named) {
-    const fs::path directory = named ? named_directory(*named) : default_directory();
+std::string plugin_directory(const std::optional<std::string>& named) {
+    return named ? named_directory(*named) : default_directory();
+}
+
+vexacm::Library open_library(const std::string& directory) {
     try {
-        return Library{directory.c_str()};
+        return vexacm::Library{directory};
     } catch (const std::exception& error) {
-        throw Failure{Exit_status::refused, "the plug-ins in '" + directory.string() +
-                                                "' cannot be used: " + error.what()};
+        throw Failure{Exit_status::refused,
+                      "the plug-ins in '" + directory + "' cannot be used: " + error.what()};
     }
 }
 

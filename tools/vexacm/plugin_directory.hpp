@@ -1,15 +1,18 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "library.hpp"
-
 #include <optional>
 #include <string>
 
+#include <vexacm.hpp>
+
 namespace vexacm_tool {
 
-/// Initialises the library with the directory that the user named or, when none
-/// was, with the one that belongs to the tool. Throws Failure.
-Library open_library(const std::optional<std::string>& named);
+/// The directory that the user named or, when none was, the one that belongs to
+/// the tool. Throws Failure when the named one is no directory.
+std::string plugin_directory(const std::optional<std::string>& named);
+
+/// Initialises the library. Throws Failure.
+vexacm::Library open_library(const std::string& directory);
 
 } // namespace vexacm_tool

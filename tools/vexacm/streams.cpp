@@ -20,7 +20,7 @@ namespace fs = std::filesystem;
 
 [[noreturn]] void fail(const char* action, const std::string& file) {
     const int error = errno;
-    throw Failure{Exit_status::input_output, action + (" " + file) + ": " + std::strerror(error)};
+    throw Failure{Exit_status::input_output, action + file + ": " + std::strerror(error)};
 }
 
 /// An open file that is closed, and removed if it has a name to be removed by.
@@ -56,7 +56,7 @@ void write_all(int descriptor, std::string_view bytes, const std::string& file) 
     while (!bytes.empty()) {
         const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
         if (written < 0)
-            fail("cannot write", file);
+            fail("cannot write ", file);
         bytes.remove_prefix(static_cast<std::size_t>(written));
     }
 }
@@ -67,7 +67,7 @@ std::string read_all(int descriptor, const std::string& file) {
     for (;;) {
         const ssize_t count = ::read(descriptor, block.data(), block.size());
         if (count < 0)
-            fail("cannot read", file);
+            fail("cannot read ", file);
         if (count == 0)
             return text;
         text.append(block.data(), static_cast<std::size_t>(count));
@@ -88,10 +88,10 @@ mode_t new_file_mode() {
 void write_in_place(const std::string& file, std::string_view bytes) {
     Open_file out{::open(file.c_str(), O_WRONLY | O_CLOEXEC)};
     if (out.descriptor() < 0)
-        fail("cannot open", file);
+        fail("cannot open ", file);
     write_all(out.descriptor(), bytes, file);
     if (!out.close())
-        fail("cannot write", file);
+        fail("cannot write ", file);
 }
 
 void replace_file(const std::string& file, mode_t mode, std::string_view bytes) {
@@ -101,11 +101,11 @@ void replace_file(const std::string& file, mode_t mode, std::string_view bytes) 
     std::string name = fs::path(target).replace_filename(".vexacm-XXXXXX").string();
     const int descriptor = ::mkostemp(name.data(), O_CLOEXEC);
     if (descriptor < 0)
-        fail("cannot write", file);
+        fail("cannot write ", file);
     Open_file out{descriptor, name};
     write_all(out.descriptor(), bytes, file);
     if (::fchmod(out.descriptor(), mode) != 0 || !out.close() || !out.rename(target))
-        fail("cannot write", file);
+        fail("cannot write ", file);
 }
 
 } // namespace
@@ -122,7 +122,7 @@ std::string read_source(const std::string& file) {
         return read_all(STDIN_FILENO, "standard input");
     Open_file in{::open(file.c_str(), O_RDONLY | O_CLOEXEC)};
     if (in.descriptor() < 0)
-        fail("cannot open", file);
+        fail("cannot open ", file);
     return read_all(in.descriptor(), file);
 }
 

@@ -1,0 +1,42 @@
+# SPDX-License-Identifier: MIT
+# Completion of vexacm for fish.
+
+# The words of one column of the list, with the plug-ins that the line names.
+function __vexacm_column
+    set -l line (commandline -opc)
+    set -l plugins
+    if set -l at (contains -i -- --plugins $line)
+        set plugins --plugins $line[(math $at + 1)]
+    end
+    vexacm list $plugins 2>/dev/null | awk -v column=$argv[1] 'NR > 1 { print $column }'
+end
+
+set -l commands list info compile
+set -l none "not __fish_seen_subcommand_from $commands"
+set -l filtered "__fish_seen_subcommand_from list compile"
+set -l compile "__fish_seen_subcommand_from compile"
+
+complete -c vexacm -f
+complete -c vexacm -s h -l help -d "Print a help message"
+complete -c vexacm -l plugins -x -a "(__fish_complete_directories)" -d "Plug-in directory"
+complete -c vexacm -n $none -l version -d "Print the version"
+complete -c vexacm -n $none -a list -d "List compilers"
+complete -c vexacm -n $none -a info -d "Tell all about one"
+complete -c vexacm -n $none -a compile -d "Compile a source"
+
+complete -c vexacm -n "__fish_seen_subcommand_from $commands" -l json -d "Print JSON"
+complete -c vexacm -n $filtered -l driver -x -a "(__vexacm_column 2)" -d "Driver release"
+complete -c vexacm -n $filtered -l core -x -a "(__vexacm_column 3)" -d "Core"
+complete -c vexacm -n $filtered -l revision -x -a "(__vexacm_column 4)" -d "Revision of the core"
+complete -c vexacm -n $filtered -l api -x -a "openglessl opencl" -d "Language"
+complete -c vexacm -n $filtered -l binary-output -x -a "true false" -d "Returns binaries"
+complete -c vexacm -n $filtered -l min-version -x -d "Lowest language version"
+
+complete -c vexacm -n "__fish_seen_subcommand_from info" -a "(__vexacm_column 1)"
+complete -c vexacm -n $compile -F
+complete -c vexacm -n $compile -l stage -x -d "What the file is" \
+    -a "vertex fragment compute geometry tessellation_control tessellation_evaluation kernel"
+complete -c vexacm -n $compile -s D -x -d "Definition"
+complete -c vexacm -n $compile -l kernel -x -d "Kernel to build"
+complete -c vexacm -n $compile -l prerotate -d "Pre-rotate the output"
+complete -c vexacm -n $compile -s o -r -F -d "File for the binary"
