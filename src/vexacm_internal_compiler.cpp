@@ -322,7 +322,7 @@ bool Vexacm_internal_compiler::parse_core_revision(const std::string& core_revis
 Vexacm_internal_compiler::Order_key
 Vexacm_internal_compiler::order_key(std::string_view core_name, std::string_view core_revision) {
     Order_key key = {};
-    read_core_name(display_name(core_name), &key[0]);
+    read_core_name(display_name(core_name), key.data());
     read_core_revision(core_revision, &key[1]);
     return key;
 }

@@ -6,8 +6,8 @@ static char core_name[] = "k46x", core_revision[] = "r0p0_00rel0";
 static vexaoc_core core = {core_name, core_revision};
 
 /* Not exported: it is not one of the five. */
-char* entries[] = {"compiler_type", "openglessl", "flexible_version",   "1.0.0",
-                   "openglessl_version",    "320",    "openglessl_extensions", "GL_EXT_a"};
+char* entries[] = {"compiler_type",      "openglessl", "flexible_version",      "1.0.0",
+                   "openglessl_version", "320",        "openglessl_extensions", "GL_EXT_a"};
 
 void vexaoc_get_api_version(vexaoc_api_version* version) {
     version->major = VEXAOC_API_VERSION_MAJOR;
