@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <stdexcept>
 #include <string_view>
 
 #include "report.hpp"
@@ -50,6 +51,9 @@ auto get(Getter getter, unsigned int compiler_id) -> decltype((compiler_manager-
 extern "C" {
 
 bool vexacm_initialize_libraries(const char* directory) {
+    // As std::string says it where it looks at all.
+    if (!directory)
+        throw std::logic_error("basic_string: construction from null is not valid");
     // Deliberate: an earlier manager is neither released nor reused, and is
     // replaced only once the new one stands. Held by
     // Initialise.TwiceLeavesTheFirstManagerAlive.

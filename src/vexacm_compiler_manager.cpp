@@ -149,12 +149,12 @@ Vexacm_compiler_manager::~Vexacm_compiler_manager() {
 void Vexacm_compiler_manager::load_compilers(std::string directory) {
     const Vexacm_library_manager library_manager(std::move(directory));
     const auto libraries = library_manager.get_all_libraries();
-    // Deliberate: the first plug-in that fails ends the catalogue, and those
-    // behind it are not looked at. Held by
-    // Catalogue.AFailingPluginEndsTheCatalogueAndKeepsEarlierEntries.
     // Room for as many entries as plug-ins usually give: to grow is to move them
     // all, and takes longer than to make them.
     catalogue.reserve(libraries.size() * 32);
+    // Deliberate: the first plug-in that fails ends the catalogue, and those
+    // behind it are not looked at. Held by
+    // Catalogue.AFailingPluginEndsTheCatalogueAndKeepsEarlierEntries.
     for (const auto& library : libraries)
         if (!add_library(library))
             return;

@@ -41,6 +41,13 @@ Vexacm_library_manager::Vexacm_library_manager(std::string directory)
     }
 }
 
+// A vector may destroy its elements in either direction; plug-ins without
+// compilers close in order with every standard library.
+Vexacm_library_manager::~Vexacm_library_manager() {
+    for (std::shared_ptr<Vexacm_vexaoc_library>& library : libraries)
+        library.reset();
+}
+
 std::vector<std::shared_ptr<Vexacm_vexaoc_library>>
 Vexacm_library_manager::get_all_libraries() const {
     return libraries;

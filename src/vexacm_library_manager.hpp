@@ -14,6 +14,9 @@ namespace VexaCM {
 class Vexacm_library_manager {
 public:
     explicit Vexacm_library_manager(std::string directory);
+    ~Vexacm_library_manager();
+    Vexacm_library_manager(const Vexacm_library_manager&) = delete;
+    Vexacm_library_manager& operator=(const Vexacm_library_manager&) = delete;
 
     /// All plug-ins that loaded, in order.
     std::vector<std::shared_ptr<Vexacm_vexaoc_library>> get_all_libraries() const;

@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <stdexcept>
 
+#include "standard_stoi.hpp"
+
 namespace model {
 
 namespace {
@@ -74,7 +76,7 @@ void add_type(Catalogue& catalogue, std::size_t library, const Record& record,
         extensions += extension + " ";
     std::vector<unsigned> versions;
     for (const std::string& version : reading.versions[api])
-        versions.push_back(static_cast<unsigned>(std::stoi(version)));
+        versions.push_back(static_cast<unsigned>(standard_stoi(version)));
 
     for (const Core& core : record.cores.seen()) {
         const std::string name = core.name.value_or("");

@@ -6,6 +6,8 @@
 #include <stdexcept>
 #include <tuple>
 
+#include "standard_stoi.hpp"
+
 namespace model {
 
 namespace {
@@ -46,12 +48,12 @@ void read_numbers(const std::string& name, Driver& driver) {
     // Each number is cut as long as its delimiter's position in the whole name,
     // hence past the delimiter.
     const std::size_t p = find(name, "p", "patch", r + 2);
-    driver.revision = std::stoi(name.substr(r + 2, p));
+    driver.revision = standard_stoi(name.substr(r + 2, p));
     const std::size_t hyphen = find(name, "-", "version", p + 1);
-    driver.patch = std::stoi(name.substr(p + 1, hyphen));
+    driver.patch = standard_stoi(name.substr(p + 1, hyphen));
     const std::size_t rel = find(name, "rel", "release", hyphen + 1);
-    driver.version = std::stoi(name.substr(hyphen + 1, rel));
-    driver.release = std::stoi(name.substr(rel + 3));
+    driver.version = standard_stoi(name.substr(hyphen + 1, rel));
+    driver.release = standard_stoi(name.substr(rel + 3));
 }
 
 /// Digits after white space; the number stays as it is where there is nothing

@@ -10,6 +10,7 @@
 
 #include "grouping_locale.hpp"
 #include "loaded_library.hpp"
+#include "standard_stoi.hpp"
 #include "texts.hpp"
 
 namespace {
@@ -211,12 +212,12 @@ void parse_in_words(const std::string& name, Fields* fields) {
         throw std::runtime_error(UNKNOWN_CORE);
     (*fields)[0] = core == "K300";
     const std::size_t p = find("p", r + 2, NO_PATCH);
-    (*fields)[1] = std::stoi(name.substr(r + 2, p));
+    (*fields)[1] = standard_stoi(name.substr(r + 2, p));
     const std::size_t hyphen = find("-", p + 1, NO_VERSION);
-    (*fields)[2] = std::stoi(name.substr(p + 1, hyphen));
+    (*fields)[2] = standard_stoi(name.substr(p + 1, hyphen));
     const std::size_t rel = find("rel", hyphen + 1, NO_RELEASE);
-    (*fields)[3] = std::stoi(name.substr(hyphen + 1, rel));
-    (*fields)[4] = std::stoi(name.substr(rel + 3));
+    (*fields)[3] = standard_stoi(name.substr(hyphen + 1, rel));
+    (*fields)[4] = standard_stoi(name.substr(rel + 3));
 }
 
 void check_random_names() {
