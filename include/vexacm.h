@@ -51,7 +51,9 @@ extern "C" {
 
 /** The library's version; the build, the soname and the tool read it here. */
 #define VEXACM_VERSION_MAJOR 4
+/** Rises with additions. */
 #define VEXACM_VERSION_MINOR 0
+/** Rises with corrections. */
 #define VEXACM_VERSION_PATCH 2
 
 /** Marks the functions that the library exports. */
@@ -59,9 +61,9 @@ extern "C" {
 
 /** A version of the manager. */
 typedef struct vexacm_version {
-    uint32_t major;
-    uint32_t minor;
-    uint32_t patch;
+    uint32_t major; /**< VEXACM_VERSION_MAJOR of the library */
+    uint32_t minor; /**< VEXACM_VERSION_MINOR of the library */
+    uint32_t patch; /**< VEXACM_VERSION_PATCH of the library */
 } vexacm_version;
 
 /**

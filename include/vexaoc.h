@@ -49,7 +49,9 @@ extern "C" {
 
 /** Interface version that this header describes; the manager accepts major 1. */
 #define VEXAOC_API_VERSION_MAJOR 1
+/** Rises with additions. */
 #define VEXAOC_API_VERSION_MINOR 0
+/** Rises with corrections. */
 #define VEXAOC_API_VERSION_PATCH 0
 
 /** Results of vexaoc_compile(). Any other number is a failure too. */
@@ -111,12 +113,12 @@ typedef struct vexaoc_core {
  * that come after it.
  */
 typedef struct vexaoc_capabilities {
-    uint32_t num_cores;
+    uint32_t num_cores;               /**< number of records in `cores` */
     vexaoc_core* cores;               /**< each one compiler per "compiler_type" */
     uint32_t binary_output_supported; /**< exactly 1: vexaoc_compile() can return a binary */
     uint32_t reserved;    /**< padding that no ABI rule makes: part of the layout, holds anything */
     uint32_t num_entries; /**< number of texts: twice the number of pairs */
-    char** entries;
+    char** entries;       /**< keys and values in turn */
 } vexaoc_capabilities;
 
 /**
@@ -137,9 +139,9 @@ typedef struct vexaoc_capabilities {
  * |                 | usually NAME or NAME=VALUE; once a definition           |
  */
 typedef struct vexaoc_inputs {
-    const char* source;   /**< source text; one text, nothing to include */
-    uint32_t num_options; /**< number of texts in `options`; always even */
-    const char** options;
+    const char* source;        /**< source text; one text, nothing to include */
+    uint32_t num_options;      /**< number of texts in `options`; always even */
+    const char** options;      /**< keys and values in turn */
     const char* core_name;     /**< as reported in vexaoc_core::core_name */
     const char* core_revision; /**< as reported in vexaoc_core::core_revision */
     uint32_t binary_output;    /**< 1: a binary is wanted, 0: it is not */
@@ -147,8 +149,8 @@ typedef struct vexaoc_inputs {
 
 /** A list of texts (16 bytes). */
 typedef struct vexaoc_string_list {
-    uint32_t num_strings;
-    char** strings;
+    uint32_t num_strings; /**< number of texts in `strings` */
+    char** strings;       /**< may be null when there are none */
 } vexaoc_string_list;
 
 /**
@@ -170,14 +172,14 @@ typedef struct vexaoc_string_list {
  *   supported.
  */
 typedef struct vexaoc_outputs {
-    uint32_t num_string_lists;
+    uint32_t num_string_lists;        /**< number of records in `string_lists` */
     vexaoc_string_list* string_lists; /**< tables, such as statistics; each list a row */
     uint32_t binary_size;             /**< in bytes */
     uint8_t* binary;                  /**< not NUL-terminated */
-    uint32_t num_strings_a;
-    char** strings_a; /**< errors, one text each; none: the source compiled */
-    uint32_t num_strings_b;
-    char** strings_b; /**< warnings and notes, one text each */
+    uint32_t num_strings_a;           /**< number of texts in `strings_a` */
+    char** strings_a;                 /**< errors, one text each; none: the source compiled */
+    uint32_t num_strings_b;           /**< number of texts in `strings_b` */
+    char** strings_b;                 /**< warnings and notes, one text each */
 } vexaoc_outputs;
 
 /**
@@ -243,11 +245,15 @@ VEXAOC_API int vexaoc_compile(vexaoc_inputs* inputs, vexaoc_outputs* outputs);
  */
 VEXAOC_API int vexaoc_release_outputs(vexaoc_outputs* outputs);
 
-/** Types of the five functions, as looked up by name. */
+/** The type of vexaoc_get_api_version(), for who looks it up by name. */
 typedef void (*vexaoc_get_api_version_function)(vexaoc_api_version*);
+/** The type of vexaoc_get_capabilities(). */
 typedef int (*vexaoc_get_capabilities_function)(vexaoc_capabilities*);
+/** The type of vexaoc_release_capabilities(). */
 typedef int (*vexaoc_release_capabilities_function)(vexaoc_capabilities*);
+/** The type of vexaoc_compile(). */
 typedef int (*vexaoc_compile_function)(vexaoc_inputs*, vexaoc_outputs*);
+/** The type of vexaoc_release_outputs(). */
 typedef int (*vexaoc_release_outputs_function)(vexaoc_outputs*);
 
 #ifdef __cplusplus
