@@ -108,6 +108,32 @@ TEST_F(MemoryRunsOutInClasses, ACompilerOfAnotherLanguageWithoutAPlugin) {
                        ""});
 }
 
+TEST_F(MemoryRunsOutInClasses, CompilersThatAreCompared) {
+    Compiler_arguments arguments;
+    std::optional<Compiler> compiler;
+    std::string name;
+    bool before = false;
+    std::uint32_t numbers[5] = {};
+    scenario.act = [&] {
+        compiler.emplace(arguments.make());
+        before = Compiler::before(*compiler, *compiler);
+        name = Compiler::get_core_display_name("k46x of a name that is long");
+        Compiler::parse_core_name("Vexa-K460", &numbers[0]);
+        Compiler::parse_core_revision("r1p2_ 3rel4", &numbers[1]);
+    };
+    scenario.result = [&] {
+        std::string result = name + (before ? ", before" : "");
+        for (const std::uint32_t number : numbers)
+            result += " " + std::to_string(number);
+        return result;
+    };
+    scenario.undo = [&] {
+        compiler.reset();
+        std::string().swap(name); // assigning would keep the block
+    };
+    run_out_of_memory({"k46x of a name that is long, before 460 1 2 3 4", "", ""});
+}
+
 TEST_F(MemoryRunsOutInClasses, ACopyOfATextAndOfNone) {
     const char* copy = nullptr;
     scenario.act = [&] {
