@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <stdexcept>
 #include <string_view>
 #include <utility>
 
@@ -96,32 +97,35 @@ struct Row {
     const char* core_revision;
 };
 
-std::vector<Row> ordered_rows(const vexaoc_capabilities& capabilities,
-                              Reported_capabilities* reported) {
-    std::vector<Row> rows;
+// Throws where a version is no number; the rows of the types before it are made
+// by then.
+void add_rows(const vexaoc_capabilities& capabilities, Reported_capabilities* reported,
+              std::vector<Row>* rows) {
     for (const char* compiler_type : reported->compiler_types) {
         Api_capabilities* const api = reported->find_api(compiler_type);
         if (!api)
             continue;
         api->convert_versions();
         const std::uint32_t core_count = list_length(capabilities.num_cores, capabilities.cores);
-        rows.reserve(rows.size() + core_count);
+        rows->reserve(rows->size() + core_count);
         for (std::uint32_t i = 0; i < core_count; ++i) {
             const char* const core_name = text_or_empty(capabilities.cores[i].core_name);
             const char* const core_revision = text_or_empty(capabilities.cores[i].core_revision);
             if (is_blacklisted(core_name))
                 continue;
-            rows.push_back({Vexacm_internal_compiler::order_key(core_name, core_revision),
-                            static_cast<std::uint32_t>(rows.size()), api, core_name,
-                            core_revision});
+            rows->push_back({Vexacm_internal_compiler::order_key(core_name, core_revision),
+                             static_cast<std::uint32_t>(rows->size()), api, core_name,
+                             core_revision});
         }
     }
-    // Equals stay as they were reported, so that IDs do not depend on the
-    // standard library.
-    std::sort(rows.begin(), rows.end(), [](const Row& a, const Row& b) {
+}
+
+// Equals stay as they were reported, so that IDs do not depend on the standard
+// library.
+void sort_rows(std::vector<Row>* rows) {
+    std::sort(rows->begin(), rows->end(), [](const Row& a, const Row& b) {
         return a.key != b.key ? a.key > b.key : a.position < b.position;
     });
-    return rows;
 }
 
 struct Release_capabilities {
@@ -194,12 +198,25 @@ bool Vexacm_compiler_manager::add_library(const std::shared_ptr<Vexacm_vexaoc_li
     vexaoc_api_version version = {};
     library->get_api_version(&version);
 
-    for (const Row& row : ordered_rows(capabilities, &reported))
-        catalogue.emplace_back(
-            version.major, version.minor, version.patch, flexible_major, flexible_minor,
-            flexible_patch, library->get_driver_name(), row.core_name, row.core_revision,
-            row.api->name, row.api->version_numbers, row.api->extensions,
-            capabilities.binary_output_supported == 1, reported.prerotate, library);
+    const auto add_entries = [&](const std::vector<Row>& rows) {
+        for (const Row& row : rows)
+            catalogue.emplace_back(
+                version.major, version.minor, version.patch, flexible_major, flexible_minor,
+                flexible_patch, library->get_driver_name(), row.core_name, row.core_revision,
+                row.api->name, row.api->version_numbers, row.api->extensions,
+                capabilities.binary_output_supported == 1, reported.prerotate, library);
+    };
+    std::vector<Row> rows;
+    try {
+        add_rows(capabilities, &reported, &rows);
+    } catch (const std::logic_error&) {
+        // A plug-in that gave compilers closes with the catalogue, behind those
+        // that gave none.
+        add_entries(rows);
+        throw;
+    }
+    sort_rows(&rows);
+    add_entries(rows);
     return true;
 }
 

@@ -156,6 +156,16 @@ TEST_F(VersionNumber, ThatThrowsClosesEarlierPluginsInTheOrderOfTheCatalogue) {
                           calls("openglessl", MIDDLE, {"unload"}));
 }
 
+TEST_F(VersionNumber, ThatThrowsBehindAnotherTypeClosesItsPluginWithTheCatalogue) {
+    Fake_plugin both = gles_plugin();
+    both.pair("compiler_type", "opencl").pair("opencl_version", "none");
+    plugins.add_driver("openglessl", NEWEST, both);
+    plugins.add_driver("openglessl", OLDEST, gles_plugin());
+    initialise_throws<std::invalid_argument>(plugins.root().c_str());
+    EXPECT_EQ(lines_of(plugins.take_log(), " unload"),
+              calls("openglessl", OLDEST, {"unload"}) + calls("openglessl", NEWEST, {"unload"}));
+}
+
 TEST_F(VersionNumber, ThatThrowsLeavesTheEarlierCatalogue) {
     plugins.add_driver("openglessl", NEWEST, gles_plugin());
     EXPECT_EQ(initialise(), "");
