@@ -198,25 +198,21 @@ bool Vexacm_compiler_manager::add_library(const std::shared_ptr<Vexacm_vexaoc_li
     vexaoc_api_version version = {};
     library->get_api_version(&version);
 
-    const auto add_entries = [&](const std::vector<Row>& rows) {
-        for (const Row& row : rows)
-            catalogue.emplace_back(
-                version.major, version.minor, version.patch, flexible_major, flexible_minor,
-                flexible_patch, library->get_driver_name(), row.core_name, row.core_revision,
-                row.api->name, row.api->version_numbers, row.api->extensions,
-                capabilities.binary_output_supported == 1, reported.prerotate, library);
-    };
     std::vector<Row> rows;
     try {
         add_rows(capabilities, &reported, &rows);
     } catch (const std::logic_error&) {
-        // A plug-in that gave compilers closes with the catalogue, behind those
-        // that gave none.
-        add_entries(rows);
+        if (!rows.empty())
+            unfinished = library;
         throw;
     }
     sort_rows(&rows);
-    add_entries(rows);
+    for (const Row& row : rows)
+        catalogue.emplace_back(
+            version.major, version.minor, version.patch, flexible_major, flexible_minor,
+            flexible_patch, library->get_driver_name(), row.core_name, row.core_revision,
+            row.api->name, row.api->version_numbers, row.api->extensions,
+            capabilities.binary_output_supported == 1, reported.prerotate, library);
     return true;
 }
 

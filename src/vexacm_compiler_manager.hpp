@@ -52,6 +52,9 @@ private:
     bool add_library(const std::shared_ptr<Vexacm_vexaoc_library>& library);
 
     std::vector<Vexacm_internal_compiler> catalogue;
+    // The plug-in that ended the catalogue by an exception after it had given
+    // compilers: it closes behind the others that did.
+    std::shared_ptr<Vexacm_vexaoc_library> unfinished;
 };
 
 } // namespace VexaCM
