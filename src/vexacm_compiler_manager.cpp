@@ -207,6 +207,10 @@ bool Vexacm_compiler_manager::add_library(const std::shared_ptr<Vexacm_vexaoc_li
         throw;
     }
     sort_rows(&rows);
+    // Grown once a plug-in, and not in many steps that move what is there.
+    const std::size_t size = catalogue.size() + rows.size();
+    if (size > catalogue.capacity())
+        catalogue.reserve(std::max(size, 2 * catalogue.capacity()));
     for (const Row& row : rows)
         catalogue.emplace_back(
             version.major, version.minor, version.patch, flexible_major, flexible_minor,

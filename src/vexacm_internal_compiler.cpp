@@ -182,8 +182,12 @@ std::size_t find_either(std::string_view text, char a, char b) {
 
 // The name that callers see.
 std::string_view display_name(std::string_view core_name) {
+    // All short names have one length, so that a comparison is one instruction.
+    constexpr std::size_t size = vexa_core_name_translator[0].short_name.size();
+    if (core_name.size() != size)
+        return core_name;
     for (const Core_name& core : vexa_core_name_translator)
-        if (core.short_name == core_name)
+        if (std::memcmp(core.short_name.data(), core_name.data(), size) == 0)
             return core.display_name;
     return core_name;
 }
