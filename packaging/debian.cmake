@@ -50,6 +50,13 @@ vexacm_package(development libcompiler-manager-dev libdevel "${library} ${same_v
     "one interface to offline GPU shader compilers - development files"
     "Headers for callers and for authors of plug-ins, with files for CMake and
 pkg-config.")
+vexacm_package(python python3-compiler-manager python "python3:any, ${library} ${same_version}"
+    "one interface to offline GPU shader compilers - Python module"
+    "A module on ctypes that lists compilers and compiles with them.")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_ARCHITECTURE all)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_EXTRA
+    ${CMAKE_CURRENT_SOURCE_DIR}/debian/python/postinst
+    ${CMAKE_CURRENT_SOURCE_DIR}/debian/python/prerm)
 if(TARGET vexacm)
     vexacm_package(tool vexacm devel "${library} ${same_version}"
         "command-line tool for offline GPU shader compilers"

@@ -106,6 +106,7 @@ TEST_F(HostState, AFailedStateChangesNothingAndStays) {
     }
 }
 
+#ifdef __GLIBCXX__ // others end the process
 TEST_F(HostState, ANullTextWrittenBeforeChangesNothing) {
     const Kept_state kept;
     const char* volatile null_text = nullptr;
@@ -113,6 +114,7 @@ TEST_F(HostState, ANullTextWrittenBeforeChangesNothing) {
     EXPECT_TRUE(std::cerr.bad());
     EXPECT_EQ(stderr_of([&] { make_diagnostics(); }), expected_diagnostics());
 }
+#endif
 
 TEST_F(HostState, AStreamThatThrowsChangesNothing) {
     const Kept_state kept;

@@ -22,7 +22,11 @@ std::string named_directory(const std::string& named) {
 
 // Beside the tool in the build folder, in the library folder once installed.
 std::string default_directory() {
-    const fs::path home = fs::read_symlink("/proc/self/exe").parent_path();
+    std::error_code unknown;
+    const fs::path home = fs::read_symlink("/proc/self/exe", unknown).parent_path();
+    if (unknown)
+        throw Failure{Exit_status::input_output,
+                      "cannot find its own plug-ins, as /proc is not mounted: use --plugins"};
     const fs::path built = home / "plugins";
     std::error_code missing;
     return (fs::is_directory(built, missing) ? built : home / ".." / VEXACM_PLUGIN_DIR).string();

@@ -133,6 +133,10 @@ void write_standard_output(std::string_view text) {
 void write_binary(const std::string& file, std::string_view bytes) {
     if (file == "-")
         return write_standard_output(bytes);
+    if (file.empty()) { // to some it is the working directory
+        errno = ENOENT;
+        fail("cannot write ", file);
+    }
     std::error_code unknown;
     const fs::file_status status = fs::status(file, unknown);
     // Devices and pipes are written to: putting a file in their place would end them.
