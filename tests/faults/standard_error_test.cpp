@@ -32,7 +32,7 @@ protected:
     }
 };
 
-std::vector<std::string> lines(const std::string& text) {
+[[maybe_unused]] std::vector<std::string> lines(const std::string& text) {
     std::vector<std::string> found;
     std::istringstream stream(text);
     for (std::string line; std::getline(stream, line);)
@@ -40,6 +40,7 @@ std::vector<std::string> lines(const std::string& text) {
     return found;
 }
 
+#ifdef __GLIBCXX__ // others write a line in pieces
 TEST_F(StandardErrorSaysNo, OneWriteFails) {
     const std::vector<std::string> whole = lines(expected_diagnostics());
     Scenario scenario(plugins);
@@ -53,6 +54,7 @@ TEST_F(StandardErrorSaysNo, OneWriteFails) {
     EXPECT_EQ(scenario.fail_each(Call::WRITE, {"", expected_diagnostics(), ""}, expected),
               static_cast<long>(whole.size()));
 }
+#endif
 
 TEST_F(StandardErrorSaysNo, TheDeviceIsFull) {
     expect_the_same_calls([] {

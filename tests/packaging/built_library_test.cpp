@@ -44,9 +44,9 @@ TEST(Exports, AgreeInHeaderAndVersionScript) {
 }
 
 TEST(Imports, AreTheRuntimeLibrariesOnly) {
-    const std::set<std::string> allowed = {"libstdc++.so.6", "libgcc_s.so.1", "libc.so.6",
-                                           "libm.so.6", "ld-linux-x86-64.so.2",
-                                           "libc++.so.1", "libc++abi.so.1"};
+    const std::set<std::string> allowed = {"libstdc++.so.6", "libgcc_s.so.1",        "libc.so.6",
+                                           "libm.so.6",      "ld-linux-x86-64.so.2", "libc++.so.1",
+                                           "libc++abi.so.1", "libunwind.so.1"};
     for (const std::string& needed :
          all_matches(output_of({"readelf", "-d", library}), "NEEDED.*\\[(.*)\\]"))
         EXPECT_TRUE(allowed.count(needed)) << needed;
