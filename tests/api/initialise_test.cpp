@@ -173,7 +173,7 @@ TEST_F(Initialise, ThePluginsFilesAreNotNeededAfterwards) {
 TEST_F(Initialise, ANullDirectoryThrowsALogicError) {
     std::string text;
     EXPECT_EQ(stderr_of([&] { text = initialise_throws<std::logic_error>(nullptr); }), "");
-    EXPECT_NE(text, "");
+    EXPECT_EQ(text, "basic_string: construction from null is not valid");
     const char* name = "";
     stderr_of([&] { name = vexacm_get_driver_name(0); });
     EXPECT_EQ(name, nullptr);

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -13,6 +14,7 @@
 #include "loaded_library.hpp"
 #include "plugin_directory.hpp"
 #include "texts.hpp"
+#include "vexacm_compiler_manager.hpp"
 
 namespace fs = std::filesystem;
 
@@ -20,6 +22,11 @@ namespace {
 
 using Manager = VexaCM::Vexacm_library_manager;
 using Texts = std::vector<std::string>;
+
+// Copies would close the plug-ins in another order.
+static_assert(!std::is_copy_constructible_v<Manager> && !std::is_copy_assignable_v<Manager>);
+static_assert(!std::is_copy_constructible_v<VexaCM::Vexacm_compiler_manager> &&
+              !std::is_copy_assignable_v<VexaCM::Vexacm_compiler_manager>);
 
 const std::string NO_SUCH_DIRECTORY = "/no/such/directory";
 
