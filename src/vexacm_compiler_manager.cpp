@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <stdexcept>
 #include <string_view>
 #include <utility>
 
@@ -201,7 +200,7 @@ bool Vexacm_compiler_manager::add_library(const std::shared_ptr<Vexacm_vexaoc_li
     std::vector<Row> rows;
     try {
         add_rows(capabilities, &reported, &rows);
-    } catch (const std::logic_error&) {
+    } catch (...) {
         if (!rows.empty())
             unfinished = library;
         throw;
