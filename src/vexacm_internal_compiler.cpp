@@ -104,11 +104,7 @@ public:
 
     // Skips at most `most` characters, up to and including the first delimiter.
     void skip_past(char delimiter, std::size_t most) {
-        for (; most > 0; --most) {
-            if (rest.empty()) {
-                end_met = true;
-                return;
-            }
+        for (; most > 0 && !rest.empty(); --most) {
             const char skipped = rest.front();
             rest.remove_prefix(1);
             if (skipped == delimiter)
