@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "../failure.hpp"
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vexacm_tool {
+
+/// How a job ended.
+enum class Outcome {
+    compiled,
+    errors,        ///< the compiler told errors in the source
+    refused,       ///< the compiler did not carry out the request
+    no_binary,     ///< one was asked for, and none came
+    crashed,       ///< a signal ended the worker
+    exited,        ///< the plug-in ended the worker
+    timed_out,     ///< no answer within the time limit
+    out_of_memory, ///< none was left within the memory limit
+    given_up,      ///< not run: its compiler had cost too many workers
+    unreadable,    ///< the source could not be read
+    unwritable,    ///< the binary could not be written
+    not_run        ///< the run was interrupted before
+};
+
+const char* name(Outcome outcome);
+std::optional<Outcome> outcome_named(std::string_view name);
+
+/// What a run that has such a job tells its caller.
+Exit_status exit_status(Outcome outcome);
+
+struct Compiler_name {
+    std::string driver;
+    std::string core;
+    std::string revision;
+    std::string api;
+    unsigned int version = 0;
+};
+
+/// All that is known of a job, the members in the order of the keys of its line.
+struct Result {
+    std::size_t job = 0;  ///< its number in job order
+    std::size_t jobs = 0; ///< how many there are in all
+    std::string source;   ///< the file as the user named it, any bytes
+    std::string stage;
+    std::vector<std::string> defines;
+    std::vector<std::string> kernels;
+    Compiler_name compiler;
+    Outcome outcome = Outcome::not_run;
+    std::string detail; ///< what there is to add to the outcome
+    std::vector<std::string> errors;
+    std::vector<std::string> warnings;
+    std::vector<std::vector<std::string>> tables;
+    std::uint64_t binary_size = 0;
+    std::optional<std::string> output; ///< the file of the binary, when one was written
+    std::string printed;               ///< what the plug-in wrote to its standard streams
+};
+
+/// The result as one JSON object and a newline. Bytes that are no UTF-8 are
+/// replaced; a source's name is then told in hexadecimal too.
+std::string to_line(const Result& result);
+
+/// Reads such a line; without the newline too. Throws std::exception.
+Result result_of_line(std::string_view line);
+
+/// The results of a run.
+class Result_source {
+public:
+    Result_source() = default;
+    virtual ~Result_source() = default;
+    Result_source(const Result_source&) = delete;
+    Result_source& operator=(const Result_source&) = delete;
+
+    /// Visits them in job order; as often as it is called.
+    virtual void for_each(const std::function<void(const Result&)>& visit) const = 0;
+};
+
+} // namespace vexacm_tool
