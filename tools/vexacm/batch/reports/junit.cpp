@@ -100,10 +100,6 @@ std::string case_content(const Result& result) {
            element("system-out", "", escaped_lines(lines(result.warnings) + result.printed));
 }
 
-std::string full_name(const Compiler_name& compiler) {
-    return compiler.driver + ' ' + compiler.core + ' ' + compiler.revision + ' ' + compiler.api;
-}
-
 struct Counts {
     std::size_t tests = 0;
     std::size_t failures = 0;

@@ -62,6 +62,10 @@ std::vector<std::vector<std::size_t>> Matrix::equal_compilers() const {
     return members;
 }
 
+std::string full_name(const Compiler_name& compiler) {
+    return compiler.driver + ' ' + compiler.core + ' ' + compiler.revision + ' ' + compiler.api;
+}
+
 std::string title(const Matrix::Row& row) {
     std::string text = row.source;
     for (const std::string& define : row.defines)

@@ -61,6 +61,8 @@ private:
     std::vector<const Content*> contents_;
 };
 
+std::string full_name(const Compiler_name& compiler);
+
 /// The row's source, with the definitions and kernels that tell it from others.
 std::string title(const Matrix::Row& row);
 
