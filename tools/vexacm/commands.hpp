@@ -20,5 +20,6 @@ struct Command {
 Command add_list(CLI::App& tool);
 Command add_info(CLI::App& tool);
 Command add_compile(CLI::App& tool);
+Command add_batch(CLI::App& tool);
 
 } // namespace vexacm_tool

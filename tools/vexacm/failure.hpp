@@ -13,7 +13,8 @@ enum class Exit_status {
     wrong_use = 2,
     no_compiler = 3,
     refused = 4,
-    input_output = 5
+    input_output = 5,
+    interrupted = 130
 };
 
 /// Ends the run: main() prints the text and exits with the status.

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <unistd.h>
+#include <utility>
+
+namespace vexacm_tool {
+
+/// An open file, pipe or process, closed once.
+class Descriptor {
+public:
+    Descriptor() = default;
+    explicit Descriptor(int number) : number_(number) {}
+    ~Descriptor() { close(); }
+    Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+    Descriptor& operator=(Descriptor&& other) noexcept {
+        std::swap(number_, other.number_);
+        return *this;
+    }
+
+    int get() const { return number_; }
+    void close() {
+        if (number_ >= 0)
+            ::close(std::exchange(number_, -1));
+    }
+
+private:
+    int number_ = -1;
+};
+
+} // namespace vexacm_tool

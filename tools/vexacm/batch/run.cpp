@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: MIT
+#include "run.hpp"
+
+#include "../compile_report.hpp"
+#include "interrupt.hpp"
+#include "schedule.hpp"
+#include "workers.hpp"
+
+#include <iostream>
+#include <map>
+#include <unistd.h>
+
+namespace vexacm_tool {
+
+namespace {
+
+class Run : private Worker_events {
+public:
+    Run(const Work& work, const Run_limits& limits, Results& results)
+        : jobs_(work.jobs), outputs_(work.outputs), results_(results),
+          given_up_("its compiler had cost " + std::to_string(limits.give_up_after) +
+                    (limits.give_up_after == 1 ? " worker" : " workers")),
+          schedule_(work.jobs, limits.give_up_after,
+                    [this](std::size_t job, bool given_up) { settle(job, given_up); }),
+          workers_(work, limits.workers, limits.timeout, *this) {}
+
+    void run(Progress& progress) {
+        while (!Interrupt::noted()) {
+            workers_.give([this] { return schedule_.next(); });
+            if (schedule_.is_done())
+                return;
+            progress.show(schedule_.settled_count(), results_.failed_count());
+            workers_.wait(progress.interval());
+        }
+    }
+
+    // What has ended stands; the rest is not run.
+    void stop() {
+        workers_.stop();
+        schedule_.stop();
+        for (std::size_t job = 0; job < jobs_.count(); ++job)
+            if (!results_.is_settled(job)) {
+                results_.put(jobs_.result(job, Outcome::not_run));
+                results_.settle(job);
+            }
+    }
+
+    void tell_probes() const {
+        for (const auto& [compiler, printed] : probes_)
+            std::cerr << compiler_line(Compiler(compiler)) +
+                             "printed when it was asked for its extensions:\n" + printed;
+    }
+
+private:
+    void on_result(std::size_t job, Outcome outcome, std::string_view line) override {
+        results_.put(job, outcome, line);
+        schedule_.finish(job, costs_a_worker(outcome));
+    }
+
+    void on_loss(std::size_t job, Outcome outcome, const std::string& detail,
+                 std::string printed) override {
+        remove_unfinished(job);
+        Result result = jobs_.result(job, outcome, detail);
+        result.printed = std::move(printed);
+        results_.put(result);
+        schedule_.finish(job, true);
+    }
+
+    void on_return(std::size_t job) override {
+        remove_unfinished(job);
+        schedule_.give_back(job);
+    }
+
+    void on_probe(unsigned int compiler, std::string_view printed) override {
+        probes_.emplace(compiler, printed);
+    }
+
+    // Those that are told by a worker, which then ends.
+    static bool costs_a_worker(Outcome outcome) {
+        return outcome == Outcome::out_of_memory || outcome == Outcome::crashed;
+    }
+
+    // A worker that is killed leaves behind what it was writing.
+    void remove_unfinished(std::size_t job) const {
+        if (outputs_ != nullptr)
+            ::unlink(outputs_->unfinished_file(job).c_str());
+    }
+
+    void settle(std::size_t job, bool given_up) {
+        if (given_up && outputs_ != nullptr && results_.outcome(job) == Outcome::compiled)
+            ::unlink(outputs_->file(job).c_str());
+        if (given_up)
+            results_.put(jobs_.result(job, Outcome::given_up, given_up_));
+        results_.settle(job);
+    }
+
+    const Jobs& jobs_;
+    const Output_names* outputs_;
+    Results& results_;
+    std::string given_up_;
+    std::map<unsigned int, std::string> probes_;
+    Schedule schedule_;
+    Workers workers_;
+};
+
+} // namespace
+
+void run_jobs(const Work& work, const Run_limits& limits, Results& results, Progress& progress) {
+    Run run(work, limits, results);
+    run.run(progress);
+    run.stop();
+    progress.hide();
+    run.tell_probes();
+}
+
+} // namespace vexacm_tool
