@@ -41,7 +41,7 @@ public:
     const std::vector<Row>& rows() const { return rows_; }
     const std::vector<Compiler_name>& compilers() const { return compilers_; }
     const Content& content(std::uint32_t cell) const { return *contents_[cell]; }
-    std::size_t content_count() const { return contents_.size(); }
+    const std::vector<const Content*>& contents() const { return contents_; }
 
     static std::uint32_t cell(const Row& row, std::size_t compiler) {
         return compiler < row.cells.size() ? row.cells[compiler] : NO_JOB;
