@@ -7,13 +7,8 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iostream>
 
 namespace {
-
-constexpr unsigned int SOURCES = 3000;
-constexpr unsigned int DRIVERS = 4;
-constexpr unsigned int CORES = 10;
 
 void write_source(const std::string& name, const std::string& text) {
     const std::filesystem::path path(name);
@@ -30,50 +25,67 @@ std::string long_source(unsigned int number) {
     return text;
 }
 
-void add_large_job(Made_results& results, unsigned int source, unsigned int driver,
-                   unsigned int core) {
-    const Compiler_name compiler{"Vexa-K300_r" + std::to_string(9 - driver) + "p0-00rel0",
-                                 "Vexa-K" + std::to_string(900 - 20 * core), "r0p0_00rel0",
-                                 "openglessl", 320};
-    Result& result = results.add("shaders/group" + std::to_string(source / 100) + "/shader" +
-                                     std::to_string(source) + ".frag",
-                                 compiler);
-    if (source % 17 == 3 && driver > source % 3) {
+/// 3,000 sources with 40 compilers, some of them alike.
+class Large_run : public vexacm_tool::Result_source {
+public:
+    static constexpr unsigned int SOURCES = 3000;
+    static constexpr unsigned int COMPILERS = 40;
+
+    static std::string source(unsigned int number) {
+        return "shaders/group" + std::to_string(number / 100) + "/shader" + std::to_string(number) +
+               ".frag";
+    }
+
+    void for_each(const std::function<void(const Result&)>& visit) const override {
+        for (unsigned int source = 0; source < SOURCES; ++source)
+            for (unsigned int compiler = 0; compiler < COMPILERS; ++compiler)
+                visit(result(source, compiler / 10, compiler % 10));
+    }
+
+private:
+    static Result result(unsigned int number, unsigned int driver, unsigned int core) {
+        Result result;
+        result.source = source(number);
+        result.stage = "fragment";
+        result.compiler = {"Vexa-K300_r" + std::to_string(9 - driver) + "p0-00rel0",
+                           "Vexa-K" + std::to_string(900 - 20 * core), "r0p0_00rel0", "openglessl",
+                           320};
+        result.outcome = Outcome::compiled;
+        if (number % 17 == 3 && driver > number % 3)
+            add_errors(result, number);
+        else if (number % 101 == 50 && core == 4)
+            result.outcome = Outcome::crashed;
+        else
+            add_statistics(result, number, driver + core / 3);
+        return result;
+    }
+
+    static void add_errors(Result& result, unsigned int number) {
         result.outcome = Outcome::errors;
-        for (unsigned int i = 0; i <= source % 4; ++i)
-            result.errors.push_back("ERROR: 0:" + std::to_string(7 + source % 50 + 3 * i) +
-                                    ": 'name" + std::to_string(source) +
+        for (unsigned int i = 0; i <= number % 4; ++i)
+            result.errors.push_back("ERROR: 0:" + std::to_string(7 + number % 50 + 3 * i) +
+                                    ": 'name" + std::to_string(number) +
                                     "' : undeclared identifier");
-        return;
     }
-    if (source % 101 == 50 && core == 4) {
-        result.outcome = Outcome::crashed;
-        result.detail = "killed by signal 11 (Segmentation fault)";
-        return;
+
+    static void add_statistics(Result& result, unsigned int number, unsigned int generation) {
+        if (number % 29 == 5)
+            result.warnings = {"WARNING: 0:3: 'a' : is not used"};
+        result.binary_size = 4096 + 16 * number + generation;
+        result.tables = {{"statistic", "count"}};
+        for (const char* const name : {"inputs", "outputs", "uniforms", "samplers", "instructions",
+                                       "arithmetic instructions", "texture instructions"})
+            result.tables.push_back({name, std::to_string((number * 7 + generation) % 97)});
     }
-    if (source % 29 == 5)
-        result.warnings = {"WARNING: 0:3: 'a' : is not used"};
-    result.binary_size = 4096 + 16 * source + driver;
-    result.tables = {{"statistic", "count"}};
-    for (const char* const name : {"inputs", "outputs", "uniforms", "samplers", "instructions",
-                                   "arithmetic instructions", "texture instructions"})
-        result.tables.push_back({name, std::to_string((source * 7 + driver + core / 3) % 97)});
+};
+
+void write_large(std::ostream& page) {
+    for (unsigned int number = 0; number < Large_run::SOURCES; ++number)
+        write_source(Large_run::source(number), long_source(number));
+    vexacm_tool::write_html(Large_run(), page);
 }
 
-Made_results large() {
-    Made_results results;
-    for (unsigned int source = 0; source < SOURCES; ++source)
-        for (unsigned int driver = 0; driver < DRIVERS; ++driver)
-            for (unsigned int core = 0; core < CORES; ++core)
-                add_large_job(results, source, driver, core);
-    for (unsigned int source = 0; source < SOURCES; ++source)
-        write_source("shaders/group" + std::to_string(source / 100) + "/shader" +
-                         std::to_string(source) + ".frag",
-                     long_source(source));
-    return results;
-}
-
-Made_results everything() {
+void write_everything(std::ostream& page) {
     write_source("shaders/a.frag", "void main() {}\n");
     write_source("shaders/broken.frag", long_source(1));
     write_source("kernels/k.cl", "kernel void run(\n    global int* p) {\n    x = 1;\n}\n");
@@ -81,7 +93,7 @@ Made_results everything() {
                  "</script><script>document.title = 'owned'</script>\n"
                  "<img src=x onerror=\"document.title='owned'\"> \u202E/* \u2066 \u2028 */\n"
                  "\x01\xff\r\n<!--<script>");
-    return some_of_everything();
+    vexacm_tool::write_html(some_of_everything(), page);
 }
 
 } // namespace
@@ -89,8 +101,10 @@ Made_results everything() {
 int main(int argc, char** argv) {
     if (argc != 3)
         return 2;
-    const Made_results results = std::string(argv[1]) == "large" ? large() : everything();
     std::ofstream page(argv[2]);
-    vexacm_tool::write_html(results, page);
+    if (argv[1] == std::string("large"))
+        write_large(page);
+    else
+        write_everything(page);
     return page.flush() ? 0 : 1;
 }

@@ -39,59 +39,64 @@ std::string json(const ordered_json& value) {
     return safe;
 }
 
-/// Values as JSON, each once. Elsewhere their numbers stand for them.
+struct Hash {
+    std::size_t operator()(const std::string& text) const { return std::hash<std::string>()(text); }
+    std::size_t operator()(const std::vector<std::string>& texts) const {
+        std::size_t hash = texts.size();
+        for (const std::string& text : texts)
+            hash = hash * 31 + (*this)(text);
+        return hash;
+    }
+};
+
+/// Values that are written once. Elsewhere their numbers stand for them.
+template <typename Value>
 class Pool {
 public:
-    std::size_t number(const ordered_json& value) {
-        const auto [entry, added] = numbers_.try_emplace(json(value), values_.size());
+    std::size_t number(const Value& value) {
+        const auto [entry, added] = numbers_.try_emplace(value, values_.size());
         if (added)
             values_.push_back(&entry->first);
         return entry->second;
     }
 
-    const std::vector<const std::string*>& values() const { return values_; }
+    const std::vector<const Value*>& values() const { return values_; }
 
 private:
-    std::unordered_map<std::string, std::size_t> numbers_;
-    std::vector<const std::string*> values_;
+    std::unordered_map<Value, std::size_t, Hash> numbers_;
+    std::vector<const Value*> values_;
 };
 
 struct Pools {
-    Pool texts;
-    Pool diagnostics;
-    Pool table_rows;
-
-    // What the page shows of a result behind its outcome, as the rest of an array.
-    std::string shown(const Result& result) {
-        auto rows = ordered_json::array();
-        for (const std::vector<std::string>& row : result.tables)
-            rows.push_back(table_rows.number(row));
-        const std::string array =
-            json({texts.number(result.detail), numbers(result.errors), numbers(result.warnings),
-                  rows, result.binary_size, texts.number(result.printed)});
-        return array.substr(1);
-    }
-
-private:
-    // With the place, where the text names one: ["text", line, column].
-    ordered_json numbers(const std::vector<std::string>& diagnostics_of_job) {
-        auto array = ordered_json::array();
-        for (const std::string& text : diagnostics_of_job) {
-            ordered_json diagnostic = ordered_json::array({text});
-            if (const auto position = position_of(text)) {
-                diagnostic.push_back(position->line);
-                if (position->column)
-                    diagnostic.push_back(*position->column);
-            }
-            array.push_back(diagnostics.number(diagnostic));
-        }
-        return array;
-    }
+    Pool<std::string> texts;
+    Pool<std::string> diagnostics;
+    Pool<std::vector<std::string>> table_rows;
+    Pool<std::string> sources;
 };
+
+template <typename Value>
+std::string numbers(const std::vector<Value>& values, Pool<Value>& pool) {
+    std::string array;
+    for (const Value& value : values)
+        array += (array.empty() ? "" : ",") + std::to_string(pool.number(value));
+    return '[' + array + ']';
+}
+
+// What the page shows of a result behind its outcome, as the rest of an array.
+std::string shown(const Result& result, Pools& pools) {
+    // One after the other: the numbers that values get depend on it.
+    std::string rest = std::to_string(pools.texts.number(result.detail));
+    rest += ',' + numbers(result.errors, pools.diagnostics);
+    rest += ',' + numbers(result.warnings, pools.diagnostics);
+    rest += ',' + numbers(result.tables, pools.table_rows);
+    rest += ',' + std::to_string(result.binary_size);
+    rest += ',' + std::to_string(pools.texts.number(result.printed));
+    return rest + ']';
+}
 
 // "name":[...], a line for each item.
 template <typename Items, typename To_json>
-void write_member(const char* name, const Items& items, To_json to_json, std::ostream& out) {
+void write_member(const char* name, const Items& items, std::ostream& out, To_json to_json) {
     out << '"' << name << "\":[";
     const char* separator = "\n";
     for (const auto& item : items) {
@@ -101,22 +106,16 @@ void write_member(const char* name, const Items& items, To_json to_json, std::os
     out << "],\n";
 }
 
-/// Numbers the sources' names, each once, in the order of the rows.
-class Sources {
-public:
-    std::size_t number(const std::string& source) {
-        const auto [entry, added] = numbers_.try_emplace(source, names_.size());
-        if (added)
-            names_.push_back(&entry->first);
-        return entry->second;
+// With its place, where the text names one: ["text", line, column].
+ordered_json diagnostic(const std::string& text) {
+    auto array = ordered_json::array({text});
+    if (const auto position = position_of(text)) {
+        array.push_back(position->line);
+        if (position->column)
+            array.push_back(*position->column);
     }
-
-    const std::vector<const std::string*>& names() const { return names_; }
-
-private:
-    std::unordered_map<std::string, std::size_t> numbers_;
-    std::vector<const std::string*> names_;
-};
+    return array;
+}
 
 ordered_json source_text(const std::string& name) {
     constexpr std::uintmax_t LARGEST = 1 << 20;
@@ -140,60 +139,64 @@ ordered_json source_text(const std::string& name) {
     return {{"text", text}};
 }
 
-// A script element that is no script, but text for scripts to read.
-void write_sources(const Sources& sources, std::ostream& out) {
-    std::size_t number = 0;
-    for (const std::string* name : sources.names())
-        out << "<script type=\"application/json\" id=\"source-" << number++ << "\">"
-            << json(source_text(*name)) << "</script>\n";
+ordered_json compiler(const Compiler_name& name) {
+    return {{"driver", name.driver},
+            {"core", name.core},
+            {"revision", name.revision},
+            {"api", name.api},
+            {"version", name.version}};
 }
 
-void write_data(const Matrix& matrix, const Pools& pools, Sources& sources, std::ostream& out) {
-    const auto as_it_is = [](const std::string* value) -> const std::string& { return *value; };
-    const auto columns = matrix.equal_compilers();
-
-    auto outcomes = ordered_json::array();
+std::vector<const char*> outcome_names() {
+    std::vector<const char*> names;
     for (std::size_t i = 0; i <= static_cast<std::size_t>(Outcome::not_run); ++i)
-        outcomes.push_back(name(static_cast<Outcome>(i)));
-    out << "{\"outcomes\":" << json(outcomes) << ",\n";
-    write_member(
-        "compilers", matrix.compilers(),
-        [](const Compiler_name& compiler) {
-            return json({{"driver", compiler.driver},
-                         {"core", compiler.core},
-                         {"revision", compiler.revision},
-                         {"api", compiler.api},
-                         {"version", compiler.version}});
-        },
-        out);
-    write_member("texts", pools.texts.values(), as_it_is, out);
-    write_member("diagnostics", pools.diagnostics.values(), as_it_is, out);
-    write_member("table_rows", pools.table_rows.values(), as_it_is, out);
-    write_member(
-        "results", matrix.contents(),
-        [](const Matrix::Content* content) {
-            return '[' + std::to_string(static_cast<std::size_t>(content->first)) + ',' +
-                   content->second;
-        },
-        out);
-    write_member(
-        "rows", matrix.rows(),
-        [&](const Matrix::Row& row) {
-            auto cells = ordered_json::array();
-            for (const std::vector<std::size_t>& column : columns) {
-                const std::uint32_t cell = Matrix::cell(row, column.front());
-                cells.push_back(cell == Matrix::NO_JOB ? -1 : static_cast<std::int64_t>(cell));
-            }
-            return json({{"source", sources.number(row.source)},
-                         {"stage", row.stage},
-                         {"defines", row.defines},
-                         {"kernels", row.kernels},
-                         {"cells", cells}});
-        },
-        out);
-    write_member(
-        "sources", sources.names(), [](const std::string* name) { return json(*name); }, out);
-    out << "\"columns\":" << json(columns) << "}";
+        names.push_back(name(static_cast<Outcome>(i)));
+    return names;
+}
+
+ordered_json cells(const Matrix::Row& row, const std::vector<std::vector<std::size_t>>& columns) {
+    auto array = ordered_json::array();
+    for (const std::vector<std::size_t>& column : columns) {
+        const std::uint32_t cell = Matrix::cell(row, column.front());
+        array.push_back(cell == Matrix::NO_JOB ? -1 : static_cast<std::int64_t>(cell));
+    }
+    return array;
+}
+
+void write_rows(const Matrix& matrix, Pool<std::string>& sources, std::ostream& out) {
+    const auto columns = matrix.equal_compilers();
+    write_member("rows", matrix.rows(), out, [&](const Matrix::Row& row) {
+        return json({{"source", sources.number(row.source)},
+                     {"stage", row.stage},
+                     {"defines", row.defines},
+                     {"kernels", row.kernels},
+                     {"cells", cells(row, columns)}});
+    });
+    write_member("columns", columns, out, [](const auto& members) { return json(members); });
+}
+
+void write_data(const Matrix& matrix, Pools& pools, std::ostream& out) {
+    const auto pooled = [](const auto* value) { return json(*value); };
+    write_member("compilers", matrix.compilers(), out,
+                 [](const Compiler_name& name) { return json(compiler(name)); });
+    write_member("texts", pools.texts.values(), out, pooled);
+    write_member("diagnostics", pools.diagnostics.values(), out,
+                 [](const std::string* text) { return json(diagnostic(*text)); });
+    write_member("table_rows", pools.table_rows.values(), out, pooled);
+    write_member("results", matrix.contents(), out, [](const Matrix::Content* content) {
+        return '[' + std::to_string(static_cast<std::size_t>(content->first)) + ',' +
+               content->second;
+    });
+    write_rows(matrix, pools.sources, out);
+    write_member("sources", pools.sources.values(), out, pooled);
+    out << "\"outcomes\":" << json(outcome_names());
+}
+
+// Script elements that are no script, but text for scripts to read.
+void write_sources(const std::vector<const std::string*>& names, std::ostream& out) {
+    for (std::size_t i = 0; i < names.size(); ++i)
+        out << "<script type=\"application/json\" id=\"source-" << i << "\">"
+            << json(source_text(*names[i])) << "</script>\n";
 }
 
 } // namespace
@@ -201,13 +204,12 @@ void write_data(const Matrix& matrix, const Pools& pools, Sources& sources, std:
 void write_html(const Result_source& results, std::ostream& out) {
     Matrix matrix;
     Pools pools;
-    results.for_each([&](const Result& result) { matrix.add(result, pools.shown(result)); });
-    Sources sources;
+    results.for_each([&](const Result& result) { matrix.add(result, shown(result, pools)); });
     out << std::string_view(BEFORE_DATA, sizeof BEFORE_DATA)
-        << "<script type=\"application/json\" id=\"data\">";
-    write_data(matrix, pools, sources, out);
-    out << "</script>\n";
-    write_sources(sources, out);
+        << "<script type=\"application/json\" id=\"data\">{\n";
+    write_data(matrix, pools, out);
+    out << "}</script>\n";
+    write_sources(pools.sources.values(), out);
     out << std::string_view(BEHIND_DATA, sizeof BEHIND_DATA);
 }
 
