@@ -42,13 +42,15 @@ TEST(Text, BytesThatAreNoCharacterThenEachReplaced) {
     EXPECT_EQ(codes("\xF4\x90\x80\x80"), four);
     EXPECT_EQ(codes("\xF5\x80\x80\x80"), four);
     EXPECT_EQ(codes("\xC3z"), (Codes{REPLACEMENT, 'z'}));
+    EXPECT_EQ(codes(std::string_view("\u00E9").substr(0, 1)), one); // the rest lies behind the end
 }
 
 TEST(Text, TerminalLineThenNothingThatMovesOrReorders) {
-    EXPECT_EQ(terminal_line("a\x1b[0m\tb\n\x7F\u009B\u00A0"), "a [0m b   \u00A0");
-    EXPECT_EQ(terminal_line("\u202Ea\u2066\u200F\u2029\u061C\xFF"),
-              "\uFFFDa\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD");
-    EXPECT_EQ(terminal_line("\u2027\u202F\u2065\u206A"), "\u2027\u202F\u2065\u206A");
+    EXPECT_EQ(terminal_line("a\x1b[0m\tb\n\x7F\u0080\u009F\u00A0"), "a [0m b    \u00A0");
+    for (const char* const odd : {"\u061C", "\u200E", "\u200F", "\u2028", "\u2029", "\u202A",
+                                  "\u202E", "\u2066", "\u2069", "\xFF"})
+        EXPECT_EQ(terminal_line(odd), "\uFFFD");
+    EXPECT_EQ(terminal_line("\u2027\u202F\u2065\u206A\u200D"), "\u2027\u202F\u2065\u206A\u200D");
 }
 
 std::vector<std::string_view> lines(std::string_view text) {
