@@ -12,6 +12,7 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include "actions.h"
 #include "journal.h"
 #include "memory.h"
 #include "steering.h"
@@ -42,6 +43,9 @@ __attribute__((constructor)) static void load(void) {
     say(find("say-on-load"));
     if (find("guard"))
         guard_memory();
+    const Line* action = find("on-load");
+    if (action)
+        act(action);
 }
 
 __attribute__((destructor)) static void unload(void) {
@@ -110,6 +114,8 @@ EXPORT int vexaoc_get_capabilities(void* capabilities) {
         }
         if (is(line, "say"))
             say(line);
+        if (is(line, "do"))
+            act(line);
     }
     put_list(capabilities, 0, 8, cores.count / 2, cores.texts);
     put32(capabilities, 16, binary);
@@ -196,6 +202,8 @@ static int fill_outputs(void* outputs, size_t begin, size_t end) {
             result = (int)strtol(word(line, 1), NULL, 0);
         if (is(line, "say"))
             say(line);
+        if (is(line, "do"))
+            act(line);
         if (is(line, "a"))
             append(&output_blocks, &a, word(line, 1));
         if (is(line, "b"))

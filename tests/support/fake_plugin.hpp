@@ -25,6 +25,7 @@ public:
     /// For both sections.
     Fake_plugin& result(int result);
     Fake_plugin& say(std::string_view text);
+    Fake_plugin& act(std::string_view action) { return line("do " + std::string(action)); }
 
     /// For a record.
     Fake_plugin& binary_output(std::uint32_t supported);
