@@ -197,9 +197,11 @@ private:
         bytes.append(head).append(text);
         for (std::string_view rest = bytes; !rest.empty();) {
             const ssize_t count = ::write(connection_, rest.data(), rest.size());
-            // Without a parent there is nobody to tell.
+            // The parent finds out that it is not told anything any more.
             if (count < 0 && errno != EINTR)
-                ::_exit(0);
+                for (;;)
+
+                    ::pause();
             rest.remove_prefix(count > 0 ? static_cast<std::size_t>(count) : 0);
         }
     }
