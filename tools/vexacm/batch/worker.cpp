@@ -80,6 +80,11 @@ void finish_printing() {
     std::clog.clear();
 }
 
+[[noreturn]] void hang() {
+    for (;;)
+        ::pause();
+}
+
 class Worker_process {
 public:
     Worker_process(const Work& work, const Capture& capture, int connection)
@@ -199,9 +204,7 @@ private:
             const ssize_t count = ::write(connection_, rest.data(), rest.size());
             // The parent finds out that it is not told anything any more.
             if (count < 0 && errno != EINTR)
-                for (;;)
-
-                    ::pause();
+                hang();
             rest.remove_prefix(count > 0 ? static_cast<std::size_t>(count) : 0);
         }
     }
