@@ -39,6 +39,8 @@ class Vexacm(unittest.TestCase):
         self.assertEqual({**everywhere, **options("info")}, tool_help.options(TOOL, "info"))
         self.assertEqual({**everywhere, **filters, **options("compile")},
                          tool_help.options(TOOL, "compile"))
+        self.assertEqual({**everywhere, **filters, **options("batch")},
+                         tool_help.options(TOOL, "batch"))
 
     def test_stages_are_those_of_the_tool(self):
         shown = re.search(r"\*--stage\*(.*?)\n\n", section("vexacm.1.scd", "compile"), re.DOTALL)[1]
@@ -47,8 +49,8 @@ class Vexacm(unittest.TestCase):
     def test_exit_statuses_are_those_of_the_tool(self):
         enumeration = (pages.TREE / "tools" / "vexacm" / "failure.hpp").read_text()
         shown = section("vexacm.1.scd", "EXIT STATUS")
-        self.assertEqual(re.findall(r"^\*(\d)\*$", shown, re.MULTILINE),
-                         re.findall(r"= (\d)", enumeration))
+        self.assertEqual(re.findall(r"^\*(\d+)\*$", shown, re.MULTILINE),
+                         re.findall(r"= (\d+)", enumeration))
 
     def test_help_fits_a_screen(self):
         for command in [[], *([name] for name in tool_help.COMMANDS)]:

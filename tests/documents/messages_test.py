@@ -10,7 +10,7 @@ import unittest
 import pages
 
 LIBRARY = sorted((pages.TREE / "src").glob("*.[ch]pp"))
-TOOL = sorted((pages.TREE / "tools" / "vexacm").glob("*.[ch]pp"))
+TOOL = sorted((pages.TREE / "tools" / "vexacm").rglob("*.[ch]pp"))
 
 LITERAL = re.compile(r'"((?:[^"\\]|\\.)*)"')
 CONSTANT = re.compile(r'constexpr std::string_view (\w+) =\s*((?:"(?:[^"\\]|\\.)*"\s*)+);')
@@ -23,6 +23,7 @@ LIBRARY_CALLS = [
 ]
 TOOL_CALLS = [
     (r"Failure\{Exit_status::\w+,", "{}"),
+    (r"\btell\((?=\")", "{}"),
     (r"\brequire\([^\n]*?,\s*(?=\")", "{}"),
     (r"ValidationError\(name,", "{}"),
     (r"\bfail\((?=\"[^\"]*\", \w+\))", "{}: <>"),
@@ -31,7 +32,7 @@ TOOL_CALLS = [
 # std::string error = "..."; error.append(...).append(...);
 APPENDED = re.compile(r"std::string error = (\".*?\");\s*error((?:\.append\(.*?\))+);")
 # Functions whose result is a reason.
-REASONS = r"std::string (?:why_none|last_straw)\(.*?^}"
+REASONS = r"std::string (?:why_none|why_none_for|last_straw)\(.*?^}"
 
 
 def literals(text):
@@ -145,7 +146,9 @@ class Messages(unittest.TestCase):
         written = re.compile(r"std::c(err|log|out)\b|\b(f?printf|f?puts|perror|write)\(")
         for files, writers in [
             (LIBRARY, {"report.hpp": 2}),
-            (TOOL, {"main.cpp": 4, "compile_report.cpp": 1, "streams.cpp": 1}),
+            (TOOL, {"main.cpp": 2, "compile_report.cpp": 1, "streams.cpp": 6, "batch.cpp": 1,
+                    "guard.cpp": 2, "interrupt.cpp": 1, "memory.cpp": 1, "outputs.cpp": 1,
+                    "progress.cpp": 2, "run.cpp": 1, "summary.cpp": 5, "worker.cpp": 4}),
         ]:
             for file in files:
                 source = without_comments(file.read_text())

@@ -3,7 +3,7 @@
 import re
 import subprocess
 
-COMMANDS = ["list", "info", "compile"]
+COMMANDS = ["list", "info", "compile", "batch"]
 
 
 def help_text(tool, *command):
@@ -17,6 +17,10 @@ def options(tool, *command):
     for names, value in re.findall(r"^  (-\S+)( [^\s.]\S*)?(?: \.\.\.)?(?:\s\s|$)",
                                    help_text(tool, *command), re.MULTILINE):
         found[tuple(names.split(","))] = value.strip()
+    # For want of room they are not told again.
+    if command == ("batch",):
+        filters = options(tool, "list")
+        found.update((names, filters[names]) for names in filters if names != ("--json",))
     return found
 
 

@@ -17,6 +17,7 @@ Subcommands:
   list                        List the compilers that pass the filters
   info                        Tell all about one compiler
   compile                     Compile with the first compiler that passes
+  batch                       Compile many sources with all compilers that pass
 
 Exit status: 0 done, 1 errors in the source, 2 wrong use, 3 no compiler matches,
 4 request refused, 5 input or output failed. See vexacm(1).

@@ -69,10 +69,10 @@ int main(int argc, char** argv) {
     try {
         status = run(argc, argv);
     } catch (const Failure& failure) {
-        std::cerr << std::string{"vexacm: "} + failure.what() + '\n';
+        tell(failure.what());
         status = failure.status;
     } catch (const std::exception& error) {
-        std::cerr << std::string{"vexacm: "} + error.what() + '\n';
+        tell(error.what());
     }
     return static_cast<int>(std::cerr ? status : Exit_status::input_output);
 }

@@ -8,7 +8,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <filesystem>
-#include <ostream>
+#include <iostream>
 #include <streambuf>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -196,6 +196,10 @@ void hold_standard_streams() {
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
         if (::fcntl(stream, F_GETFD) < 0)
             ::open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+}
+
+void tell(const std::string& text) {
+    std::cerr << "vexacm: " + text + '\n';
 }
 
 void keep_plugins_off_standard_output() {

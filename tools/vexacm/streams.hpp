@@ -12,6 +12,9 @@ namespace vexacm_tool {
 /// closed: without this, plug-ins and results would be written into them.
 void hold_standard_streams();
 
+/// Says something on standard error, as the tool.
+void tell(const std::string& text);
+
 /// From now on, what is printed past the functions below goes to standard error.
 /// Throws Failure.
 void keep_plugins_off_standard_output();

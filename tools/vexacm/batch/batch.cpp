@@ -7,11 +7,14 @@
 #include "../streams.hpp"
 #include "guard.hpp"
 #include "interrupt.hpp"
+#include "reports/html.hpp"
+#include "reports/junit.hpp"
+#include "reports/sarif.hpp"
 #include "reports/summary.hpp"
 #include "run.hpp"
 
 #include <algorithm>
-#include <iostream>
+#include <filesystem>
 #include <memory>
 #include <sched.h>
 
@@ -39,8 +42,21 @@ struct Batch_options {
     unsigned int give_up_after = 3;
     bool json = false;
     bool ordered = false;
+    std::optional<std::string> sarif;
+    std::optional<std::string> junit;
+    std::optional<std::string> html;
     std::optional<std::string> outputs;
 };
+
+/// What is written of all results, where it is asked for.
+struct Report {
+    std::optional<std::string> Batch_options::*file;
+    void (*write)(const Result_source& results, std::ostream& out);
+};
+
+constexpr Report REPORTS[] = {{&Batch_options::sarif, write_sarif},
+                              {&Batch_options::junit, write_junit},
+                              {&Batch_options::html, write_html}};
 
 void check(const Batch_options& options) {
     if (options.workers == 0)
@@ -51,6 +67,30 @@ void check(const Batch_options& options) {
         throw Failure{Exit_status::wrong_use, "--ordered is for --json"};
     if (options.outputs && options.outputs->empty())
         throw Failure{Exit_status::wrong_use, "--outputs takes a directory"};
+    // A run may take hours: a report that has no folder is found out before.
+    for (const Report& report : REPORTS) {
+        const std::optional<std::string>& file = options.*report.file;
+        if (file && !std::filesystem::is_directory(std::filesystem::absolute(*file).parent_path()))
+            throw Failure{Exit_status::input_output,
+                          "cannot write " + *file + ": there is no such folder"};
+    }
+}
+
+// A report that fails does not take the others with it.
+Exit_status write_reports(const Batch_options& options, const Result_source& results) {
+    Exit_status status = Exit_status::done;
+    for (const Report& report : REPORTS)
+        try {
+            if (const std::optional<std::string>& file = options.*report.file)
+                write_file_atomically(*file,
+                                      [&](std::ostream& out) { report.write(results, out); });
+        } catch (const Failure& failure) {
+            tell(failure.what());
+            status = failure.status;
+        }
+    if (!options.json)
+        write_standard_output([&](std::ostream& out) { write_summary(results, out); });
+    return status;
 }
 
 /// The compilers for these sources, and what it means that some find none.
@@ -58,6 +98,18 @@ struct Choice {
     std::vector<Compiler> compilers;
     Exit_status status = Exit_status::done;
 };
+
+vexacm::Filters with_api(const std::string& api, vexacm::Filters filters) {
+    filters.api = api;
+    return filters;
+}
+
+std::string why_none_for(const std::string& api, const vexacm::Filters& filters,
+                         const std::string& directory) {
+    if (filters.api.value_or(api) != api)
+        return "--api '" + *filters.api + "' is not for them";
+    return why_none(with_api(api, filters), directory);
+}
 
 Choice choose(const std::vector<Source>& sources, const vexacm::Filters& filters,
               const std::string& directory) {
@@ -67,21 +119,16 @@ Choice choose(const std::vector<Source>& sources, const vexacm::Filters& filters
         const auto count = std::count_if(sources.begin(), sources.end(), wants);
         if (count == 0)
             continue;
-        vexacm::Filters own = filters;
-        own.api = api;
-        const Compiler_ids ids(own);
-        const bool is_wanted = filters.api.value_or(api) == api;
-        if (is_wanted)
+        if (filters.api.value_or(api) == api) {
+            const Compiler_ids ids(with_api(api, filters));
             for (const unsigned int id : ids)
                 choice.compilers.emplace_back(id);
-        if (is_wanted && !ids.empty())
-            continue;
+            if (!ids.empty())
+                continue;
+        }
         choice.status = Exit_status::no_compiler;
-        std::cerr << "vexacm: no compiler matches for " + std::to_string(count) + " of " +
-                         std::to_string(sources.size()) + " sources: " +
-                         (is_wanted ? why_none(own, directory)
-                                    : "--api '" + *filters.api + "' is not for them") +
-                         '\n';
+        tell("no compiler matches for " + std::to_string(count) + " of " +
+             std::to_string(sources.size()) + " sources: " + why_none_for(api, filters, directory));
     }
     return choice;
 }
@@ -108,10 +155,8 @@ Exit_status run_batch(const Batch_options& options, const std::string& directory
     Progress progress(has_room_for_progress(options.json), jobs.count());
     run_jobs({jobs, outputs ? &*outputs : nullptr, options.prerotate, options.memory_limit},
              {options.workers, timeout, options.give_up_after}, results, progress);
-    if (!options.json)
-        write_standard_output(
-            [&results](std::ostream& out) { write_summary(results.spool(), out); });
-    return std::max(choice.status, results.exit_status());
+    return std::max(
+        {choice.status, results.exit_status(), write_reports(options, results.spool())});
 }
 
 Exit_status batch(const Batch_options& options, const std::optional<std::string>& plugins) {
@@ -136,15 +181,14 @@ Exit_status batch(const Batch_options& options, const std::optional<std::string>
 Command add_batch(CLI::App& tool) {
     const auto options = std::make_shared<Batch_options>();
     CLI::App* const command =
-        tool.add_subcommand("batch", "Compile many sources with all compilers that pass the\n"
-                                     "filters, which are those of list");
-    command->add_option("FILE", options->files, "Sources; @LIST for the files in a list")
+        tool.add_subcommand("batch", "Compile many sources with all compilers that pass");
+    command
+        ->add_option("FILE", options->files, "Sources; @LIST for listed ones; filters as of list")
         ->type_name("");
-    add_filters(*command, options->filters);
     // They are the same everywhere, and a screen has 24 lines.
-    for (const char* const filter :
-         {"--driver", "--core", "--revision", "--api", "--binary-output", "--min-version"})
-        command->get_option(filter)->group("");
+    CLI::App* const filters = command->add_option_group("filters");
+    filters->group("");
+    add_filters(*filters, options->filters);
     command->add_option("-D", options->defines, "Definition for the preprocessor; repeatable")
         ->type_name("NAME[=VALUE]")
         ->allow_extra_args(false);
@@ -164,6 +208,12 @@ Command add_batch(CLI::App& tool) {
                "Workers that a compiler may cost; 3 without it");
     command->add_flag("--json", options->json, "Print an object a line, as jobs end");
     command->add_flag("--ordered", options->ordered, "Print them in job order");
+    add_text(*command, "--sarif", options->sarif, "File for the diagnostics, in SARIF 2.1.0")
+        ->type_name("FILE");
+    add_text(*command, "--junit", options->junit, "File for the jobs as tests, in JUnit's XML")
+        ->type_name("FILE");
+    add_text(*command, "--html", options->html, "File for a page that shows all")
+        ->type_name("FILE");
     add_text(*command, "--outputs", options->outputs, "Directory for the binaries")
         ->type_name("DIR");
     return {command, [options](const auto& plugins) { return batch(*options, plugins); }};

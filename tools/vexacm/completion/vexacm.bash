@@ -17,7 +17,7 @@ _vexacm() {
     for ((i = 1; i < COMP_CWORD; i++)); do
         case ${COMP_WORDS[i]} in
         --plugins) ((i++)) ;;
-        list | info | compile)
+        list | info | compile | batch)
             command=${COMP_WORDS[i]}
             break
             ;;
@@ -26,12 +26,12 @@ _vexacm() {
 
     COMPREPLY=()
     case $previous in
-    --plugins)
+    --plugins | --outputs)
         compopt -o filenames 2>/dev/null
         mapfile -t COMPREPLY < <(compgen -d -- "$current")
         return
         ;;
-    -o)
+    -o | --manifest | --sarif | --junit | --html)
         compopt -o filenames 2>/dev/null
         mapfile -t COMPREPLY < <(compgen -f -- "$current")
         return
@@ -44,18 +44,22 @@ _vexacm() {
     --stage)
         words="vertex fragment compute geometry tessellation_control tessellation_evaluation kernel"
         ;;
-    --min-version | --kernel | -D) return ;;
+    --min-version | --kernel | -D | -j | --timeout | --memory-limit | --give-up-after) return ;;
     *)
         case $command:$current in
         :-*) words="-h --help --version --plugins" ;;
-        :*) words="list info compile" ;;
+        :*) words="list info compile batch" ;;
         list:-*) words="-h --help --plugins --json $filters" ;;
         info:-*) words="-h --help --plugins --json" ;;
         info:*) words=$(_vexacm_column 1) ;;
         compile:-*)
             words="-h --help --plugins --stage $filters -D --kernel --prerotate -o --json"
             ;;
-        compile:*)
+        batch:-*)
+            words="-h --help --plugins $filters -D --kernel --prerotate --manifest -j --timeout"
+            words+=" --memory-limit --give-up-after --json --ordered --sarif --junit --html --outputs"
+            ;;
+        compile:* | batch:*)
             compopt -o filenames 2>/dev/null
             mapfile -t COMPREPLY < <(compgen -f -- "$current")
             return

@@ -11,10 +11,12 @@ function __vexacm_column
     vexacm list $plugins 2>/dev/null | awk -v column=$argv[1] 'NR > 1 { print $column }'
 end
 
-set -l commands list info compile
+set -l commands list info compile batch
 set -l none "not __fish_seen_subcommand_from $commands"
-set -l filtered "__fish_seen_subcommand_from list compile"
+set -l filtered "__fish_seen_subcommand_from list compile batch"
+set -l compiles "__fish_seen_subcommand_from compile batch"
 set -l compile "__fish_seen_subcommand_from compile"
+set -l batch "__fish_seen_subcommand_from batch"
 
 complete -c vexacm -f
 complete -c vexacm -s h -l help -d "Print a help message"
@@ -23,6 +25,7 @@ complete -c vexacm -n $none -l version -d "Print the version"
 complete -c vexacm -n $none -a list -d "List compilers"
 complete -c vexacm -n $none -a info -d "Tell all about one"
 complete -c vexacm -n $none -a compile -d "Compile a source"
+complete -c vexacm -n $none -a batch -d "Compile many"
 
 complete -c vexacm -n "__fish_seen_subcommand_from $commands" -l json -d "Print JSON"
 complete -c vexacm -n $filtered -l driver -x -a "(__vexacm_column 2)" -d "Driver release"
@@ -33,10 +36,21 @@ complete -c vexacm -n $filtered -l binary-output -x -a "true false" -d "Returns 
 complete -c vexacm -n $filtered -l min-version -x -d "Lowest language version"
 
 complete -c vexacm -n "__fish_seen_subcommand_from info" -a "(__vexacm_column 1)"
-complete -c vexacm -n $compile -F
+complete -c vexacm -n $compiles -F
 complete -c vexacm -n $compile -l stage -x -d "What the file is" \
     -a "vertex fragment compute geometry tessellation_control tessellation_evaluation kernel"
-complete -c vexacm -n $compile -s D -x -d "Definition"
-complete -c vexacm -n $compile -l kernel -x -d "Kernel to build"
-complete -c vexacm -n $compile -l prerotate -d "Pre-rotate the output"
+complete -c vexacm -n $compiles -s D -x -d "Definition"
+complete -c vexacm -n $compiles -l kernel -x -d "Kernel to build"
+complete -c vexacm -n $compiles -l prerotate -d "Pre-rotate the output"
 complete -c vexacm -n $compile -s o -r -F -d "File for the binary"
+
+complete -c vexacm -n $batch -l manifest -r -F -d "Sources with options"
+complete -c vexacm -n $batch -s j -x -d "Workers"
+complete -c vexacm -n $batch -l timeout -x -d "What a job may take"
+complete -c vexacm -n $batch -l memory-limit -x -d "What a worker may take"
+complete -c vexacm -n $batch -l give-up-after -x -d "Workers that a compiler may cost"
+complete -c vexacm -n $batch -l ordered -d "In job order"
+complete -c vexacm -n $batch -l sarif -r -F -d "File for the diagnostics"
+complete -c vexacm -n $batch -l junit -r -F -d "File for the jobs as tests"
+complete -c vexacm -n $batch -l html -r -F -d "File for a page"
+complete -c vexacm -n $batch -l outputs -x -a "(__fish_complete_directories)" -d "Directory for the binaries"
