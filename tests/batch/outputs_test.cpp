@@ -197,36 +197,45 @@ TEST_F(BatchStreams, OutputFailsThenFailed) {
                    "vexacm: cannot write standard output: " + reason + "\n");
 }
 
-TEST_F(BatchStreams, ManyFilesThenTheSameBytesHoweverTheyAreRun) {
-    std::string list;
-    for (int i = 0; i < 10000; ++i) {
-        const std::string name = path("s" + std::to_string(i) + ".frag");
-        add_source("s" + std::to_string(i) + ".frag", i % 7 == 0 ? "ERROR" : "WARN");
-        list += name + "\n";
+/// So many files, with errors in some; a list of them.
+class ManyFiles : public Batch_test {
+protected:
+    std::string add_sources(int count) {
+        std::string list;
+        for (int i = 0; i < count; ++i) {
+            const std::string name = "s" + std::to_string(i) + ".frag";
+            add_source(name, i % 7 == 0 ? "ERROR" : "WARN");
+            list += path(name) + "\n";
+        }
+        write_file(path("list"), list);
+        return "@" + path("list");
     }
-    write_file(path("list"), list);
-    const std::vector<std::string> arguments{"@" + path("list"), "--core", "Vexa-K460", "-j"};
-    const auto with = [&](const std::string& workers) {
-        auto all = arguments;
-        all.push_back(workers);
-        return all;
-    };
-    const auto once = ordered(with("2"));
-    EXPECT_EQ(std::count(once.out.begin(), once.out.end(), '\n'), 10000);
-    EXPECT_EQ(once.status, 1);
-    EXPECT_TRUE(ordered(with("1")).out == once.out);
-    EXPECT_TRUE(ordered(with("5"), "cd /").out == once.out);
-    // In the order in which they end, they are the same lines.
-    auto unordered = with("3");
-    unordered.push_back("--json");
-    const auto sorted = [](const std::string& text) {
+
+    static std::vector<std::string> sorted_lines(std::string_view text) {
         std::vector<std::string> all;
-        for (std::size_t start = 0; start < text.size(); start = text.find('\n', start) + 1)
-            all.push_back(text.substr(start, text.find('\n', start) - start));
+        for (; !text.empty(); text.remove_prefix(all.back().size() + 1))
+            all.emplace_back(text.substr(0, text.find('\n')));
         std::sort(all.begin(), all.end());
         return all;
-    };
-    EXPECT_TRUE(sorted(batch(unordered).out) == sorted(once.out));
+    }
+};
+
+TEST_F(ManyFiles, TenThousandThenAResultForEach) {
+    const std::string list = add_sources(10000);
+    const auto result = batch({"--json", list, "--core", "Vexa-K460"});
+    EXPECT_EQ(std::count(result.out.begin(), result.out.end(), '\n'), 10000);
+    EXPECT_EQ(result.err, "");
+    EXPECT_EQ(result.status, 1);
+}
+
+TEST_F(ManyFiles, AnyNumberOfWorkersAndAnyFolderThenTheSameBytes) {
+    const std::string list = add_sources(700);
+    const auto once = ordered({list, "-j", "1"});
+    EXPECT_EQ(std::count(once.out.begin(), once.out.end(), '\n'), 2100);
+    EXPECT_TRUE(ordered({list, "-j", "2"}).out == once.out);
+    EXPECT_TRUE(ordered({list, "-j", "5"}, "cd /").out == once.out);
+    // In the order in which jobs end, they are the same lines.
+    EXPECT_TRUE(sorted_lines(batch({"--json", list, "-j", "3"}).out) == sorted_lines(once.out));
 }
 
 } // namespace

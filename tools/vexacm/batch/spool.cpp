@@ -15,20 +15,21 @@ namespace {
 
 constexpr std::size_t BLOCK = 65536;
 
-[[noreturn]] void fail() {
-    throw Failure{Exit_status::input_output, "cannot keep the results in '" +
-                                                 std::filesystem::temp_directory_path().string() +
-                                                 "': " + std::strerror(errno)};
+[[noreturn]] void fail(const char* what) {
+    const int error = errno;
+    std::error_code unknown;
+    const std::string folder = std::filesystem::temp_directory_path(unknown).string();
+    throw Failure{Exit_status::input_output, "cannot " + std::string(what) + " the results in '" +
+                                                 folder + "': " + std::strerror(error)};
 }
 
 Descriptor unnamed_file() {
     std::error_code error;
     const std::filesystem::path folder = std::filesystem::temp_directory_path(error);
-    std::string name = ((error ? "/tmp" : folder) / "vexacm-XXXXXX").string();
+    std::string name = (folder / "vexacm-XXXXXX").string();
     Descriptor file{::mkostemp(name.data(), O_CLOEXEC)};
     if (file.get() < 0)
-        throw Failure{Exit_status::input_output,
-                      "cannot make a file in '" + folder.string() + "': " + std::strerror(errno)};
+        fail("keep");
     ::unlink(name.c_str());
     return file;
 }
@@ -50,7 +51,7 @@ void Spool::flush() {
         const ssize_t count =
             ::pwrite(file_.get(), rest.data(), rest.size(), static_cast<off_t>(written_));
         if (count < 0)
-            fail();
+            fail("keep");
         rest.remove_prefix(static_cast<std::size_t>(count));
         written_ += static_cast<std::uint64_t>(count);
     }
@@ -69,7 +70,7 @@ std::string Spool::line(std::size_t job) const {
         const ssize_t count = ::pread(file_.get(), text.data() + done, text.size() - done,
                                       static_cast<off_t>(place.start + done));
         if (count <= 0)
-            fail();
+            fail("read");
         done += static_cast<std::size_t>(count);
     }
     return text;
