@@ -27,11 +27,11 @@ class Browser:
         os.close(answers)
         self.received = b""
         self.number = 0
-        self.session = None
+        self.page = None
         self.events = []
         targets = self.call("Target.getTargets")["targetInfos"]
         page = next(target for target in targets if target["type"] == "page")
-        self.session = self.call("Target.attachToTarget", targetId=page["targetId"],
+        self.page = self.call("Target.attachToTarget", targetId=page["targetId"],
                                  flatten=True)["sessionId"]
         for domain in ("Page", "Runtime", "Log", "Network"):
             self.call(f"{domain}.enable")
@@ -46,8 +46,8 @@ class Browser:
     def call(self, method, **parameters):
         self.number += 1
         message = {"id": self.number, "method": method, "params": parameters}
-        if self.session:
-            message["sessionId"] = self.session
+        if self.page:
+            message["sessionId"] = self.page
         data = json.dumps(message).encode() + b"\0"
         while data:
             data = data[os.write(self.commands, data):]
