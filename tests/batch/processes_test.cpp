@@ -81,6 +81,15 @@ TEST_F(Processes, WorkerIsKilledThenItsJobIsLost) {
     EXPECT_EQ(result.status, 4);
 }
 
+TEST_F(Processes, EndsOfChildrenAreIgnoredByTheCallerThenTheyAreSeenAllTheSame) {
+    on("BOOM", "signal 11");
+    add_source("b.frag", "BOOM");
+    EXPECT_EQ(
+        brief(
+            ordered({"b.frag", "--core", "Vexa-K460"}, "exec env --ignore-signal=CHLD \"$@\"").out),
+        line("b.frag", "K460", "crashed", "killed by signal 11 (Segmentation fault)"));
+}
+
 TEST_F(Processes, ToolIsKilledThenNoWorkerStays) {
     const auto result = batch({"-j", "1", "b.frag"}, meanwhile(workers + " >worker; kill -9 $$"));
     EXPECT_EQ(result.status, 128 + 9);

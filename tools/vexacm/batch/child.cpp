@@ -42,6 +42,8 @@ void settle_in(pid_t parent) {
 } // namespace
 
 Child::Child(const std::function<void()>& run) {
+    // Of a process that ignores it, nobody is told how its children ended.
+    std::signal(SIGCHLD, SIG_DFL);
     // Or it would be printed twice.
     std::fflush(nullptr);
     const pid_t parent = ::getpid();
