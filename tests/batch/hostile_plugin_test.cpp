@@ -66,6 +66,22 @@ TEST_F(HostilePlugin, MemoryWithoutEndThenItsJobIsLost) {
     EXPECT_EQ(result.status, 4);
 }
 
+TEST_F(HostilePlugin, LeaksThenNoLaterJobPaysForIt) {
+#ifdef __SANITIZE_ADDRESS__
+    GTEST_SKIP() << "AddressSanitizer takes more addresses than any limit allows";
+#endif
+    on("LEAK", "leak 20");
+    std::vector<std::string> arguments{"--memory-limit", "64", "--core", "Vexa-K580", "-j", "1"};
+    std::string expected;
+    for (int i = 0; i < 20; ++i) {
+        const std::string name = "s" + std::to_string(i) + ".frag";
+        add_source(name, "LEAK");
+        arguments.push_back(name);
+        expected += line(name, "K580", "compiled");
+    }
+    EXPECT_EQ(brief(ordered(arguments).out), expected);
+}
+
 TEST_F(HostilePlugin, AbortWithMemoryLeftThenNotForLackOfIt) {
 #ifdef __SANITIZE_ADDRESS__
     GTEST_SKIP() << "AddressSanitizer takes more addresses than any limit allows";

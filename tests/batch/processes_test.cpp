@@ -71,14 +71,20 @@ TEST_F(Processes, IgnoredInterruptThenStillIgnored) {
 }
 
 TEST_F(Processes, WorkerIsKilledThenItsJobIsLost) {
-    const auto result = ordered({"-j", "1", "a.frag", "b.frag", "c.frag", "--core", "Vexa-K460"},
-                                meanwhile("kill -9 $(" + workers + ")"));
-    EXPECT_EQ(brief(result.out),
-              line("a.frag", "K460", "compiled") +
-                  line("b.frag", "K460", "crashed", "killed by signal 9 (Killed)") +
-                  line("c.frag", "K460", "compiled"));
-    EXPECT_EQ(result.err, "");
-    EXPECT_EQ(result.status, 4);
+    const std::pair<std::string, std::string> signals[] = {{"9", "9 (Killed)"},
+                                                           {"15", "15 (Terminated)"}};
+    for (const auto& [signal, shown] : signals) {
+        plugins.take_log();
+        const auto result =
+            ordered({"-j", "1", "a.frag", "b.frag", "c.frag", "--core", "Vexa-K460"},
+                    meanwhile("kill -" + signal + " $(" + workers + ")"));
+        EXPECT_EQ(brief(result.out),
+                  line("a.frag", "K460", "compiled") +
+                      line("b.frag", "K460", "crashed", "killed by signal " + shown) +
+                      line("c.frag", "K460", "compiled"));
+        EXPECT_EQ(result.err, "");
+        EXPECT_EQ(result.status, 4);
+    }
 }
 
 TEST_F(Processes, EndsOfChildrenAreIgnoredByTheCallerThenTheyAreSeenAllTheSame) {

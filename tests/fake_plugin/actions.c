@@ -24,6 +24,14 @@ static void print_without_end(void) {
     for (int i = 0; i < MOST_PIECES; ++i)
         if (write(1, line, sizeof line) < 0)
             return;
+    abort();
+}
+
+/* And never given back. */
+static void leak(unsigned long megabytes) {
+    for (unsigned long i = 0; i < megabytes; ++i)
+        if (!malloc(PIECE))
+            abort();
 }
 
 static void hang(void) {
@@ -55,6 +63,8 @@ void act(const Line* line) {
         hang_with_child(word(line, 2));
     if (strcmp(action, "allocate") == 0)
         allocate_without_end();
+    if (strcmp(action, "leak") == 0)
+        leak(number(line, 2));
     if (strcmp(action, "flood") == 0)
         print_without_end();
     if (strcmp(action, "print") == 0)
