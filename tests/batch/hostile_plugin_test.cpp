@@ -70,10 +70,10 @@ TEST_F(HostilePlugin, LeaksThenNoLaterJobPaysForIt) {
 #ifdef __SANITIZE_ADDRESS__
     GTEST_SKIP() << "AddressSanitizer takes more addresses than any limit allows";
 #endif
-    on("LEAK", "leak 20");
+    on("LEAK", "leak 5");
     std::vector<std::string> arguments{"--memory-limit", "64", "--core", "Vexa-K580", "-j", "1"};
     std::string expected;
-    for (int i = 0; i < 20; ++i) {
+    for (int i = 0; i < 60; ++i) {
         const std::string name = "s" + std::to_string(i) + ".frag";
         add_source(name, "LEAK");
         arguments.push_back(name);
