@@ -16,10 +16,17 @@ namespace vexacm_tool {
 
 namespace {
 
-// A quick worker is given jobs ahead, so that it need not wait for its parent;
-// behind a slow job none is to wait that another worker could do.
-constexpr std::size_t JOBS_AHEAD = 4;
-constexpr auto QUICK = std::chrono::milliseconds(20);
+// A worker is given jobs ahead for so long, so that it need not wait for its
+// parent, which may not get a processor at once; behind a slow job none is to wait
+// that another worker could do.
+constexpr auto AHEAD = std::chrono::milliseconds(20);
+constexpr std::size_t MOST_AHEAD = 32;
+
+std::size_t jobs_ahead(std::chrono::steady_clock::duration job) {
+    const auto count =
+        AHEAD / std::max<std::chrono::steady_clock::duration>(job, std::chrono::microseconds(1));
+    return std::clamp<std::size_t>(static_cast<std::size_t>(count), 1, MOST_AHEAD);
+}
 
 struct Connection {
     Descriptor parent;
@@ -75,7 +82,7 @@ Workers::Worker* Workers::with_room() {
     Worker* found = nullptr;
     for (Worker& worker : workers_) {
         const bool has_room = !worker.is_last && !worker.is_closed && !worker.is_broken &&
-                              worker.jobs.size() < (worker.is_quick ? JOBS_AHEAD : 1);
+                              worker.jobs.size() < worker.most_jobs;
         if (has_room && (found == nullptr || worker.jobs.size() < found->jobs.size()))
             found = &worker;
     }
@@ -200,7 +207,7 @@ void Workers::take_result(Worker& worker, std::string_view text) {
         return;
     }
     const auto now = Clock::now();
-    worker.is_quick = now - worker.began < QUICK;
+    worker.most_jobs = jobs_ahead(now - worker.began);
     worker.began = now;
     worker.is_last = head.is_last != 0;
     worker.jobs.pop_front();

@@ -62,7 +62,7 @@ private:
         Clock::time_point began = {};      ///< the job that it is at
         Clock::time_point heard = {};      ///< when it was given that or last sent something
         std::string unread = {};           ///< the beginning of a message
-        bool is_quick = false;
+        std::size_t most_jobs = 1;
         bool is_last = false; ///< it said that it ends
         bool is_out_of_memory = false;
         bool is_closed = false; ///< there is nothing more to come
