@@ -10,11 +10,18 @@
 
 enum { PIECE = 1 << 20, MOST_PIECES = 4096 };
 
-/* Memory that is asked for and not used costs no more than addresses. */
+/* Memory that is asked for and not used costs no more than addresses. Kept, or
+ * compilers would leave it out. */
+static void allocate(void) {
+    static void* volatile piece;
+    piece = malloc(PIECE);
+    if (!piece)
+        abort();
+}
+
 static void allocate_without_end(void) {
     for (int i = 0; i < MOST_PIECES; ++i)
-        if (!malloc(PIECE))
-            abort();
+        allocate();
 }
 
 static void print_without_end(void) {
@@ -30,8 +37,7 @@ static void print_without_end(void) {
 /* And never given back. */
 static void leak(unsigned long megabytes) {
     for (unsigned long i = 0; i < megabytes; ++i)
-        if (!malloc(PIECE))
-            abort();
+        allocate();
 }
 
 static void hang(void) {
