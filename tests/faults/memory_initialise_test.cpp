@@ -73,6 +73,17 @@ TEST_F(MemoryRunsOutInitialising, SeveralCores) {
                        "", ""});
 }
 
+TEST_F(MemoryRunsOutInitialising, MoreCoresThanThereIsRoomFor) {
+    Fake_plugin plugin = Fake_plugin::of_type("openglessl");
+    std::string listed;
+    for (int i = 0; i < 40; ++i) {
+        plugin.core("k99x", "r0p0_00rel0");
+        listed += NEWEST + std::string(" k99x r0p0_00rel0 openglessl 0\n");
+    }
+    plugins.add_driver("openglessl", NEWEST, plugin);
+    run_out_of_memory({listed, "", ""});
+}
+
 TEST_F(MemoryRunsOutInitialising, CoresAndRevisionsOfAnotherForm) {
     Fake_plugin plugin = Fake_plugin::of_type("opencl");
     plugin.core("k", "").core("k46x", "").core("k46x", "rx").core("k46x", "r10p2");
