@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "result.hpp"
 
-#include <charconv>
+#include "../hexadecimal.hpp"
+
 #include <iterator>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
@@ -43,26 +44,6 @@ std::string dump(const ordered_json& value) {
 
 bool is_utf8(const std::string& text) {
     return ordered_json::parse(dump(text)) == text;
-}
-
-std::string hexadecimal(std::string_view bytes) {
-    constexpr char DIGITS[] = "0123456789abcdef";
-    std::string digits;
-    for (const char byte : bytes) {
-        digits += DIGITS[static_cast<unsigned char>(byte) >> 4];
-        digits += DIGITS[static_cast<unsigned char>(byte) & 15];
-    }
-    return digits;
-}
-
-std::string bytes_of(std::string_view digits) {
-    std::string bytes;
-    for (std::size_t i = 0; i + 1 < digits.size(); i += 2) {
-        unsigned char byte = 0;
-        std::from_chars(digits.data() + i, digits.data() + i + 2, byte, 16);
-        bytes += static_cast<char>(byte);
-    }
-    return bytes;
 }
 
 } // namespace
@@ -116,7 +97,7 @@ Result result_of_line(std::string_view text) {
     line.at("jobs").get_to(result.jobs);
     line.at("source").get_to(result.source);
     if (line.contains("source_bytes"))
-        result.source = bytes_of(line["source_bytes"].get<std::string>());
+        result.source = bytes_of_hexadecimal(line["source_bytes"].get<std::string>());
     line.at("stage").get_to(result.stage);
     line.at("defines").get_to(result.defines);
     line.at("kernels").get_to(result.kernels);
