@@ -18,7 +18,7 @@ def options(tool, *command):
                                    help_text(tool, *command), re.MULTILINE):
         found[tuple(names.split(","))] = value.strip()
     # For want of room they are not told again.
-    if command == ("batch",):
+    if command in (("batch",), ("compile",)):
         filters = options(tool, "list")
         found.update((names, filters[names]) for names in filters if names != ("--json",))
     return found

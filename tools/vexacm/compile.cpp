@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "batch/batch.hpp"
 #include "commands.hpp"
 #include "compile_report.hpp"
 #include "no_match.hpp"
@@ -12,9 +13,10 @@ namespace vexacm_tool {
 namespace {
 
 struct Compile_options {
-    std::string file;
+    std::vector<std::string> files;
     std::string stage;
     vexacm::Filters filters;
+    bool all = false;
     std::vector<std::string> defines;
     std::vector<std::string> kernels;
     std::optional<std::string> output;
@@ -27,18 +29,19 @@ void require(bool right, const std::string& otherwise) {
         throw Failure{Exit_status::wrong_use, otherwise};
 }
 
+std::string stage_of(const std::string& file, const Compile_options& options) {
+    const std::string stage = options.stage.empty() ? stage_of_file(file) : options.stage;
+    require(!stage.empty(), "the ending of '" + file + "' tells no stage: use --stage");
+    const std::string api = api_of_stage(stage);
+    require(options.filters.api.value_or(api) == api,
+            "--api " + options.filters.api.value_or(api) + " contradicts stage " + stage);
+    return stage;
+}
+
 // Fills in what the file's name and the stage imply.
 Compile_options completed(Compile_options options) {
-    if (options.stage.empty())
-        options.stage = stage_of_file(options.file);
-    require(!options.stage.empty(),
-            "the ending of '" + options.file + "' tells no stage: use --stage");
-
-    const std::string api = api_of_stage(options.stage);
-    require(options.filters.api.value_or(api) == api,
-            "--api " + options.filters.api.value_or(api) + " contradicts stage " + options.stage);
-    options.filters.api = api;
-
+    options.stage = stage_of(options.files.front(), options);
+    options.filters.api = api_of_stage(options.stage);
     const bool kernel = options.stage == "kernel";
     require(!kernel || !options.kernels.empty(), "name at least one kernel with --kernel");
     require(kernel || options.kernels.empty(),
@@ -48,7 +51,7 @@ Compile_options completed(Compile_options options) {
 }
 
 std::string shown_name(const Compile_options& options) {
-    return options.file == "-" ? "<stdin>" : options.file;
+    return options.files.front() == "-" ? "<stdin>" : options.files.front();
 }
 
 void write_results(const Compile_options& options, const Compiler& compiler,
@@ -66,9 +69,9 @@ void write_results(const Compile_options& options, const Compiler& compiler,
         write_standard_output(report(*outputs, wants_binary ? *options.output : ""));
 }
 
-Exit_status compile(const Compile_options& given, const std::optional<std::string>& plugins) {
+Exit_status compile_one(const Compile_options& given, const std::optional<std::string>& plugins) {
     const Compile_options options = completed(given);
-    std::string source = read_source(options.file);
+    std::string source = read_source(options.files.front());
     const std::string directory = plugin_directory(plugins);
     const vexacm::Library library = open_library(directory);
     const Compiler compiler(*some_compilers(options.filters, directory).begin());
@@ -90,13 +93,33 @@ Exit_status compile(const Compile_options& given, const std::optional<std::strin
     return outputs->compiled() ? Exit_status::done : Exit_status::source_errors;
 }
 
+// Few jobs, and all the same what many are: what a plug-in does to one of them is
+// not done to the others.
+Exit_status compile_many(const Compile_options& options,
+                         const std::optional<std::string>& plugins) {
+    require(!options.output,
+            "-o is for one file and one compiler: for more there is batch --outputs");
+    Batch batch;
+    for (const std::string& file : options.files) {
+        require(file != "-", "standard input is for one file and one compiler");
+        batch.sources.push_back({file, stage_of(file, options)});
+    }
+    give_kernels(batch.sources, options.kernels);
+    batch.filters = options.filters;
+    batch.all_compilers = options.all;
+    batch.defines = options.defines;
+    batch.prerotate = options.prerotate;
+    batch.json = batch.ordered = options.json;
+    return run_batch(std::move(batch), plugins);
+}
+
 } // namespace
 
 Command add_compile(CLI::App& tool) {
     const auto options = std::make_shared<Compile_options>();
     CLI::App* const command =
         tool.add_subcommand("compile", "Compile with the first compiler that passes");
-    command->add_option("FILE", options->file, "Source text; - reads standard input")
+    command->add_option("FILE", options->files, "Source; - is standard input; filters as of list")
         ->required()
         ->type_name("");
     command
@@ -106,7 +129,8 @@ Command add_compile(CLI::App& tool) {
                      "or kernel; without it, its ending tells")
         ->type_name("STAGE")
         ->check(one_of(stage_names()));
-    add_filters(*command, options->filters);
+    add_hidden_filters(*command, options->filters);
+    command->add_flag("--all", options->all, "Compile with all that pass, not with the first");
     command->add_option("-D", options->defines, "Definition for the preprocessor; repeatable")
         ->type_name("NAME[=VALUE]")
         ->allow_extra_args(false);
@@ -117,7 +141,10 @@ Command add_compile(CLI::App& tool) {
     add_text(*command, "-o", options->output, "File for the binary; - is standard output")
         ->type_name("OUT");
     command->add_flag("--json", options->json, "Print an object, with the diagnostics in it");
-    return {command, [options](const auto& plugins) { return compile(*options, plugins); }};
+    return {command, [options](const auto& plugins) {
+                const bool one = options->files.size() == 1 && !options->all;
+                return one ? compile_one(*options, plugins) : compile_many(*options, plugins);
+            }};
 }
 
 } // namespace vexacm_tool

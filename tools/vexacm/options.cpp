@@ -53,4 +53,10 @@ void add_filters(CLI::App& command, vexacm::Filters& filters) {
                "Lowest language version to accept, such as 310");
 }
 
+void add_hidden_filters(CLI::App& command, vexacm::Filters& filters) {
+    CLI::App* const hidden = command.add_option_group("filters");
+    hidden->group("");
+    add_filters(*hidden, filters);
+}
+
 } // namespace vexacm_tool

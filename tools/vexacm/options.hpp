@@ -29,4 +29,8 @@ std::vector<std::string> arguments_last_first(int argc, char** argv);
 /// The options that choose compilers.
 void add_filters(CLI::App& command, vexacm::Filters& filters);
 
+/// The same, not in the help, which then refers to that of list: they are the same
+/// everywhere, and a screen has 24 lines.
+void add_hidden_filters(CLI::App& command, vexacm::Filters& filters);
+
 } // namespace vexacm_tool

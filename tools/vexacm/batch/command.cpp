@@ -45,10 +45,7 @@ Command add_batch(CLI::App& tool) {
     command
         ->add_option("FILE", options->files, "Sources; @LIST for listed ones; filters as of list")
         ->type_name("");
-    // They are the same everywhere, and a screen has 24 lines.
-    CLI::App* const filters = command->add_option_group("filters");
-    filters->group("");
-    add_filters(*filters, settings.filters);
+    add_hidden_filters(*command, settings.filters);
     command->add_option("-D", settings.defines, "Definition for the preprocessor; repeatable")
         ->type_name("NAME[=VALUE]")
         ->allow_extra_args(false);

@@ -89,24 +89,6 @@ std::vector<Source> sources_of_manifest(const std::string& file) {
     return sources;
 }
 
-void give_kernels(std::vector<Source>& sources, const Texts& kernels) {
-    bool given = false;
-    for (Source& source : sources) {
-        if (source.stage == "kernel" && source.kernels.empty()) {
-            source.kernels = kernels;
-            given = true;
-        }
-        if (source.stage == "kernel" && source.kernels.empty())
-            throw Failure{Exit_status::wrong_use,
-                          "name at least one kernel of '" + source.file + "' with --kernel"};
-        if (source.stage != "kernel" && !source.kernels.empty())
-            throw Failure{Exit_status::wrong_use,
-                          "kernels are for stage kernel: '" + source.file + "'"};
-    }
-    if (!given && !kernels.empty())
-        throw Failure{Exit_status::wrong_use, "--kernel is given, and no source needs it"};
-}
-
 } // namespace
 
 std::vector<Source> named_sources(const Texts& arguments,
@@ -127,6 +109,24 @@ std::vector<Source> named_sources(const Texts& arguments,
         throw Failure{Exit_status::wrong_use, "no sources: name files, @LIST or --manifest"};
     give_kernels(sources, kernels);
     return sources;
+}
+
+void give_kernels(std::vector<Source>& sources, const Texts& kernels) {
+    bool given = false;
+    for (Source& source : sources) {
+        if (source.stage == "kernel" && source.kernels.empty()) {
+            source.kernels = kernels;
+            given = true;
+        }
+        if (source.stage == "kernel" && source.kernels.empty())
+            throw Failure{Exit_status::wrong_use,
+                          "name at least one kernel of '" + source.file + "' with --kernel"};
+        if (source.stage != "kernel" && !source.kernels.empty())
+            throw Failure{Exit_status::wrong_use,
+                          "kernels are for stage kernel: '" + source.file + "'"};
+    }
+    if (!given && !kernels.empty())
+        throw Failure{Exit_status::wrong_use, "--kernel is given, and no source needs it"};
 }
 
 } // namespace vexacm_tool

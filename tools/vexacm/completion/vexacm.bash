@@ -53,7 +53,7 @@ _vexacm() {
         info:-*) words="-h --help --plugins --json" ;;
         info:*) words=$(_vexacm_column 1) ;;
         compile:-*)
-            words="-h --help --plugins --stage $filters -D --kernel --prerotate -o --json"
+            words="-h --help --plugins --stage $filters --all -D --kernel --prerotate -o --json"
             ;;
         batch:-*)
             words="-h --help --plugins $filters -D --kernel --prerotate --manifest -j --timeout"

@@ -42,6 +42,7 @@ complete -c vexacm -n $compile -l stage -x -d "What the file is" \
 complete -c vexacm -n $compiles -s D -x -d "Definition"
 complete -c vexacm -n $compiles -l kernel -x -d "Kernel to build"
 complete -c vexacm -n $compiles -l prerotate -d "Pre-rotate the output"
+complete -c vexacm -n $compile -l all -d "With all compilers that pass"
 complete -c vexacm -n $compile -s o -r -F -d "File for the binary"
 
 complete -c vexacm -n $batch -l manifest -r -F -d "Sources with options"
