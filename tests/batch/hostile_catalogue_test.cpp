@@ -46,6 +46,27 @@ TEST_F(HostileCatalogue, CrashWhenItIsAskedThenNamed) {
            cannot_be_used("openglessl/libVexa-K300_r9p0-00rel0.so: killed by signal 6 (Aborted)"));
 }
 
+TEST_F(HostileCatalogue, MemoryWithoutEndThenNamed) {
+#ifdef __SANITIZE_ADDRESS__
+    GTEST_SKIP() << "AddressSanitizer takes more memory than any limit allows";
+#endif
+    const std::string more = "openglessl/libVexa-K300_r9p0-00rel0.so: more than 64 MB of memory";
+    plugin.line("on-load allocate");
+    plugins.add_driver("openglessl", "Vexa-K300_r9p0-00rel0", plugin);
+    expect(batch({"--memory-limit", "64", "a.frag"}), 4, "", cannot_be_used(more));
+    plugin = Fake_plugin::of_type("openglessl");
+    plugin.act("allocate");
+    plugins.add_driver("openglessl", "Vexa-K300_r9p0-00rel0", plugin);
+    expect(batch({"--memory-limit", "64", "a.frag"}), 4, "", cannot_be_used(more));
+}
+
+TEST_F(HostileCatalogue, CrashWithMemoryLeftThenNotForLackOfIt) {
+    plugin.line("on-load signal 6");
+    plugins.add_driver("openglessl", "Vexa-K300_r9p0-00rel0", plugin);
+    expect(batch({"--memory-limit", "64", "a.frag"}), 4, "",
+           cannot_be_used("openglessl/libVexa-K300_r9p0-00rel0.so: killed by signal 6 (Aborted)"));
+}
+
 TEST_F(HostileCatalogue, TwoThenBothAreNamed) {
     plugin.line("on-load exit 7");
     plugins.add_driver("openglessl", "Vexa-K300_r9p0-00rel0", plugin);

@@ -63,7 +63,7 @@ Choice choose(const Batch& batch, const std::string& directory) {
 
 Exit_status compile_all(Batch batch, const std::string& directory) {
     const Seconds timeout(batch.timeout);
-    try_plugins(directory, timeout);
+    try_plugins(directory, {timeout, batch.memory_limit});
     if (Interrupt::noted())
         return Exit_status::interrupted;
     const vexacm::Library library = open_library(directory);

@@ -5,16 +5,17 @@
 #include "capture.hpp"
 #include "child.hpp"
 #include "interrupt.hpp"
+#include "memory.hpp"
+#include "messages.hpp"
 
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
-#include <cstdint>
 #include <cstdlib>
+#include <fcntl.h>
 #include <filesystem>
 #include <iostream>
 #include <poll.h>
-#include <sys/eventfd.h>
 #include <system_error>
 #include <vector>
 #include <vexacm.hpp>
@@ -46,30 +47,39 @@ bool ends(const Child& child, Clock::time_point deadline) {
     return true;
 }
 
-Trial try_directory(const std::string& directory, Seconds timeout) {
+Trial try_directory(const std::string& directory, const Trial_limits& limits) {
     const Capture capture;
-    // A plug-in that calls exit(0) has not got through.
-    const Descriptor got_through{::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)};
+    int ends_of_pipe[2];
+    if (::pipe2(ends_of_pipe, O_CLOEXEC | O_NONBLOCK) != 0)
+        throw std::system_error(errno, std::generic_category(), "cannot try the plug-ins");
+    const Descriptor heard{ends_of_pipe[0]};
+    const Descriptor said{ends_of_pipe[1]};
     Child child([&] {
         capture.catch_standard_streams();
+        limit_memory(limits.memory, said.get(), Memory::written);
         try {
             const vexacm::Library library{directory};
         } catch (const std::exception&) {
             // That is told when it happens again.
         }
-        const std::uint64_t one = 1;
-        [[maybe_unused]] const ssize_t count = ::write(got_through.get(), &one, sizeof one);
+        // A plug-in that calls exit(0) has not got through.
+        const bool too_much = limits.memory > 0 && memory_is_used_up();
+        const Message_head head{0, too_much ? Message::memory_out : Message::opened};
+        [[maybe_unused]] const ssize_t count = ::write(said.get(), &head, sizeof head);
     });
     const bool in_time =
-        ends(child, Clock::now() + std::chrono::duration_cast<Clock::duration>(timeout));
+        ends(child, Clock::now() + std::chrono::duration_cast<Clock::duration>(limits.timeout));
     if (!in_time || Interrupt::noted())
         child.kill();
     const Child::Ending ending = child.wait();
-    std::uint64_t count = 0;
     if (!in_time)
-        return {"not open within " + in_seconds(timeout), capture.take()};
-    if (Interrupt::noted() || ::read(got_through.get(), &count, sizeof count) > 0)
+        return {"not open within " + in_seconds(limits.timeout), capture.take()};
+    Message_head last{};
+    const bool spoke = ::read(heard.get(), &last, sizeof last) == sizeof last;
+    if (Interrupt::noted() || (spoke && last.message == Message::opened))
         return {};
+    if (spoke && limits.memory > 0)
+        return {"more than " + std::to_string(limits.memory) + " MB of memory", capture.take()};
     return {ending.detail, capture.take()};
 }
 
@@ -105,7 +115,7 @@ std::vector<fs::path> files_in(const fs::path& folder) {
 
 // Alone in a directory, but for the files beside it that are no plug-ins, which
 // may be its own.
-Trial try_alone(const fs::path& plugin, const std::string& api, Seconds timeout) {
+Trial try_alone(const fs::path& plugin, const std::string& api, const Trial_limits& limits) {
     const Temporary_folder directory;
     for (const char* const folder : {"openglessl", "opencl"})
         fs::create_directory(fs::path(directory.path) / folder);
@@ -113,16 +123,16 @@ Trial try_alone(const fs::path& plugin, const std::string& api, Seconds timeout)
         if (file == plugin || !is_plugin(file))
             fs::create_symlink(fs::absolute(file),
                                fs::path(directory.path) / api / file.filename());
-    return try_directory(directory.path, timeout);
+    return try_directory(directory.path, limits);
 }
 
-std::string culprits(const std::string& directory, Seconds timeout) {
+std::string culprits(const std::string& directory, const Trial_limits& limits) {
     std::string found;
     for (const std::string api : {"openglessl", "opencl"})
         for (const fs::path& file : files_in(fs::path(directory) / api)) {
             if (!is_plugin(file) || Interrupt::noted())
                 continue;
-            const std::string trouble = try_alone(file, api, timeout).trouble;
+            const std::string trouble = try_alone(file, api, limits).trouble;
             if (!trouble.empty())
                 found += (found.empty() ? "" : "; ") + api + '/' + file.filename().string() + ": " +
                          trouble;
@@ -132,12 +142,12 @@ std::string culprits(const std::string& directory, Seconds timeout) {
 
 } // namespace
 
-void try_plugins(const std::string& directory, Seconds timeout) {
-    const Trial all = try_directory(directory, timeout);
+void try_plugins(const std::string& directory, const Trial_limits& limits) {
+    const Trial all = try_directory(directory, limits);
     if (all.trouble.empty())
         return;
     std::cerr << all.printed;
-    const std::string single = culprits(directory, timeout);
+    const std::string single = culprits(directory, limits);
     if (Interrupt::noted())
         return;
     const std::string reason = single.empty() ? "all of them together: " + all.trouble : single;

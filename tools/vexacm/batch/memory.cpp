@@ -14,33 +14,31 @@ namespace vexacm_tool {
 
 namespace {
 
-std::size_t start = 0; ///< size of the process when the limit was set
+std::size_t start = 0; ///< what the process had when the limit was set
 std::size_t limit = 0; ///< what it may grow by
+int column = 0;        ///< of /proc/self/statm, where that stands
 int told_on = -1;
 volatile std::sig_atomic_t allocation_failed = 0;
 
 // Callable in a signal handler, where allocating is not.
 std::size_t size_of_process() {
-    char text[32] = {};
+    char text[128] = {};
     const int file = ::open("/proc/self/statm", O_RDONLY | O_CLOEXEC);
     if (file < 0)
         return 0;
     [[maybe_unused]] const ssize_t count = ::read(file, text, sizeof text - 1);
     ::close(file);
+    const char* digit = text;
+    for (int passed = 0; passed < column && *digit != '\0'; ++digit)
+        passed += *digit == ' ';
     std::size_t pages = 0;
-    for (const char* digit = text; *digit >= '0' && *digit <= '9'; ++digit)
+    for (; *digit >= '0' && *digit <= '9'; ++digit)
         pages = 10 * pages + static_cast<std::size_t>(*digit - '0');
     return pages * static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
 }
 
-// A plug-in in C does not say that an allocation failed: it ends in its own way
-// with the limit almost reached.
-bool is_used_up() {
-    return allocation_failed != 0 || (limit > 0 && size_of_process() > start + limit - limit / 8);
-}
-
 void tell() {
-    if (!is_used_up())
+    if (!memory_is_used_up())
         return;
     const Message_head head{0, Message::memory_out};
     [[maybe_unused]] const ssize_t count = ::write(told_on, &head, sizeof head);
@@ -66,8 +64,15 @@ void tell_on(int signal) {
 
 } // namespace
 
-void limit_memory(std::size_t megabytes, int connection) {
+// A plug-in in C does not say that an allocation failed: it ends in its own way
+// with the limit almost reached.
+bool memory_is_used_up() {
+    return allocation_failed != 0 || (limit > 0 && size_of_process() > start + limit - limit / 8);
+}
+
+void limit_memory(std::size_t megabytes, int connection, Memory which) {
     told_on = connection;
+    column = which == Memory::all ? 0 : 5;
     std::set_new_handler(note_failed_allocation);
     static char stack[65536];
     stack_t alternative{};
@@ -82,7 +87,7 @@ void limit_memory(std::size_t megabytes, int connection) {
     start = size_of_process();
     limit = megabytes << 20;
     const rlimit all{start + limit, start + limit};
-    ::setrlimit(RLIMIT_AS, &all);
+    ::setrlimit(which == Memory::all ? RLIMIT_AS : RLIMIT_DATA, &all);
 }
 
 void forget_failed_allocations() {

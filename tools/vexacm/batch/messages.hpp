@@ -11,9 +11,10 @@ namespace vexacm_tool {
 /// What a worker sends: its length, what it is, and its text. A worker is sent
 /// numbers of jobs, each a std::uint64_t.
 enum class Message : std::uint8_t {
-    result,    ///< Result_head and the result's line
-    probed,    ///< ID of a compiler and what was printed while it was asked for its extensions
-    memory_out ///< nothing: the worker is about to end because there is no more memory
+    result,     ///< Result_head and the result's line
+    probed,     ///< ID of a compiler and what was printed while it was asked for its extensions
+    memory_out, ///< nothing: the process is about to end because there is no more memory
+    opened      ///< nothing: of a trial, that the plug-ins could be opened and closed
 };
 
 struct Message_head {
