@@ -5,6 +5,7 @@
 """
 
 import collections
+import json
 import os
 import shlex
 import shutil
@@ -16,9 +17,9 @@ from pathlib import Path
 
 from packages import Job, Package, packages
 
-SECONDS = 60
 CLEAN, ERRORS, REFUSED, CRASHED = "clean", "with errors", "refused", "crashed"
-OUTCOMES = {0: CLEAN, 1: ERRORS, 2: REFUSED, 3: REFUSED, 4: REFUSED, 5: REFUSED}
+OUTCOMES = {"compiled": CLEAN, "errors": ERRORS, "crashed": CRASHED, "exited": CRASHED,
+            "timed_out": CRASHED, "out_of_memory": CRASHED}
 
 
 @dataclass
@@ -27,17 +28,6 @@ class Result:
     message: str
     command: list[str]
     valid: bool = False
-
-
-def run(command: list[str]) -> tuple[int, str]:
-    """Exit status, negative after a crash or too long a time, and what it said."""
-    try:
-        done = subprocess.run(command, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE,
-                              timeout=SECONDS, check=False)
-    except subprocess.TimeoutExpired:
-        return -1, f"not finished after {SECONDS} seconds"
-    message = done.stderr.decode(errors="replace").strip()
-    return done.returncode, message or f"exit status {done.returncode}"
 
 
 def environment(job: Job, binary: Path) -> str:
@@ -53,32 +43,51 @@ def environment(job: Job, binary: Path) -> str:
 
 
 def validate(job: Job, binary: Path) -> tuple[bool, str]:
-    status, message = run(["spirv-val", "--target-env", environment(job, binary), str(binary)])
-    return status == 0, message
+    done = subprocess.run(["spirv-val", "--target-env", environment(job, binary), str(binary)],
+                          text=True, errors="replace", capture_output=True, check=False)
+    return done.returncode == 0, done.stderr.strip()
 
 
-def compile_job(vexacm: str, source: Path, job: Job) -> Result:
-    source.parent.mkdir(parents=True, exist_ok=True)
-    source.write_text(job.source, encoding="utf-8", errors="surrogateescape")
-    binary = source.with_name(source.name + ".spv")
-    command = [vexacm, "compile", str(source), "--stage", job.stage, "-o", str(binary)]
+def result_of(vexacm: str, job: Job, line: dict) -> Result:
+    command = [vexacm, "compile", line["source"], "--stage", job.stage]
     for define in job.defines:
         command += ["-D", define]
     for kernel in job.kernels:
         command += ["--kernel", kernel]
-    status, message = run(command)
-    message = message.replace(f"{source}: ", "")
-    result = Result(OUTCOMES.get(status, CRASHED), message, command)
+    texts = [*line["errors"], line["detail"], line["printed"], line["outcome"]]
+    message = next(text for text in texts if text.strip())
+    result = Result(OUTCOMES.get(line["outcome"], REFUSED), message.strip(), command)
     if result.outcome == CLEAN:
-        result.valid, result.message = validate(job, binary)
+        result.valid, result.message = validate(job, Path(line["output"]))
     return result
 
 
+def write_sources(folder: Path, jobs: list[Job]) -> Path:
+    """The manifest of what was written."""
+    manifest = []
+    for job in jobs:
+        source = folder / job.name.replace(" ", "-")
+        source.parent.mkdir(parents=True, exist_ok=True)
+        source.write_text(job.source, encoding="utf-8", errors="surrogateescape")
+        manifest.append({"source": str(source.relative_to(folder)), "stage": job.stage,
+                         "defines": list(job.defines), "kernels": list(job.kernels)})
+    file = folder / "manifest.json"
+    file.write_text(json.dumps({"sources": manifest}))
+    return file
+
+
 def compile_package(vexacm: str, folder: Path, package: Package) -> list[Result]:
-    sources = [folder / package.title.replace(" ", "-") / job.name.replace(" ", "-")
-               for job in package.jobs]
+    folder /= package.title.replace(" ", "-")
+    manifest = write_sources(folder, package.jobs)
+    api = "opencl" if package.jobs[0].stage == "kernel" else "openglessl"
+    command = [vexacm, "batch", "--manifest", str(manifest), "--core", first_core(vexacm, api),
+               "--outputs", str(folder / "binaries"), "--give-up-after", "0", "--json", "--ordered"]
+    done = subprocess.run(command, stdout=subprocess.PIPE, check=False)
+    lines = [json.loads(line) for line in done.stdout.splitlines()]
+    if len(lines) != len(package.jobs):
+        sys.exit(f"{package.title}: {len(lines)} results of {len(package.jobs)}")
     with ThreadPoolExecutor(os.cpu_count()) as pool:
-        return list(pool.map(lambda pair: compile_job(vexacm, *pair), zip(sources, package.jobs)))
+        return list(pool.map(lambda pair: result_of(vexacm, *pair), zip(package.jobs, lines)))
 
 
 def failure(package: Package, job: Job, result: Result) -> str:
@@ -104,14 +113,17 @@ def print_table(rows: list[list[str]]) -> None:
         print("  ".join(texts + numbers))
 
 
-def compiles_kernels(vexacm: str) -> bool:
-    return run([vexacm, "list", "--api", "opencl"])[0] == 0
+def first_core(vexacm: str, api: str) -> str:
+    """Of the first compiler, or none."""
+    done = subprocess.run([vexacm, "list", "--api", api, "--json"], stdout=subprocess.PIPE,
+                          check=False)
+    return json.loads(done.stdout)[0]["core"] if done.returncode == 0 else ""
 
 
 def main(vexacm: str, folder: Path) -> int:
     sources = folder / "sources"
     shutil.rmtree(sources, ignore_errors=True)
-    kernels = compiles_kernels(vexacm)
+    kernels = first_core(vexacm, "opencl") != ""
     rows = [["package", "version", "files", CLEAN, ERRORS, REFUSED, CRASHED, "valid SPIR-V"]]
     failures = []
     crashed = False
