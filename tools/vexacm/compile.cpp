@@ -2,9 +2,11 @@
 #include "batch/batch.hpp"
 #include "commands.hpp"
 #include "compile_report.hpp"
+#include "depfile.hpp"
 #include "no_match.hpp"
 #include "options.hpp"
 #include "plugin_directory.hpp"
+#include "plugin_files.hpp"
 #include "stage.hpp"
 #include "streams.hpp"
 
@@ -20,6 +22,7 @@ struct Compile_options {
     std::vector<std::string> defines;
     std::vector<std::string> kernels;
     std::optional<std::string> output;
+    std::optional<std::string> depfile;
     bool prerotate = false;
     bool json = false;
 };
@@ -47,6 +50,8 @@ Compile_options completed(Compile_options options) {
     require(kernel || options.kernels.empty(),
             "--kernel is for stage kernel, not " + options.stage);
     require(!options.json || options.output != "-", "--json and -o - both want standard output");
+    require(!options.depfile || options.output.value_or("-") != "-",
+            "--depfile tells what the file of -o depends on");
     return options;
 }
 
@@ -54,13 +59,24 @@ std::string shown_name(const Compile_options& options) {
     return options.files.front() == "-" ? "<stdin>" : options.files.front();
 }
 
+std::string dependencies(const Compile_options& options, const Compiler& compiler,
+                         const std::string& directory) {
+    std::vector<std::string> sources = plugin_files(directory, compiler);
+    if (options.files.front() != "-")
+        sources.insert(sources.begin(), options.files.front());
+    return dependency_rule(*options.output, sources);
+}
+
 void write_results(const Compile_options& options, const Compiler& compiler,
-                   const vexacm::Outputs& outputs) {
+                   const std::string& dependencies, const vexacm::Outputs& outputs) {
     const bool wants_binary = options.output && outputs.compiled();
     if (wants_binary) {
         if (outputs.binary().empty())
             throw Failure{Exit_status::refused,
                           shown_name(options) + ": the compiler returned no binary"};
+        // First: a binary without it would never be made anew.
+        if (options.depfile)
+            write_binary(*options.depfile, dependencies);
         write_binary(*options.output, outputs.binary());
     }
     if (options.json)
@@ -76,6 +92,9 @@ Exit_status compile_one(const Compile_options& given, const std::optional<std::s
     const vexacm::Library library = open_library(directory);
     const Compiler compiler(*some_compilers(options.filters, directory).begin());
 
+    const std::string dependencies_of_output =
+        options.depfile ? dependencies(options, compiler, directory) : "";
+
     // Named first: what follows may be what the plug-in itself prints.
     if (!options.json && options.output != "-")
         write_standard_output(compiler_line(compiler));
@@ -89,7 +108,7 @@ Exit_status compile_one(const Compile_options& given, const std::optional<std::s
                       shown_name(options) + ": the compiler did not carry out the request"};
     if (!options.json)
         print_diagnostics(shown_name(options), **outputs);
-    write_results(options, compiler, *outputs);
+    write_results(options, compiler, dependencies_of_output, *outputs);
     return outputs->compiled() ? Exit_status::done : Exit_status::source_errors;
 }
 
@@ -140,6 +159,8 @@ Command add_compile(CLI::App& tool) {
     command->add_flag("--prerotate", options->prerotate, "Pre-rotate the shader's output");
     add_text(*command, "-o", options->output, "File for the binary; - is standard output")
         ->type_name("OUT");
+    add_text(*command, "--depfile", options->depfile, "File for what OUT depends on; make, Ninja")
+        ->type_name("FILE");
     command->add_flag("--json", options->json, "Print an object, with the diagnostics in it");
     return {command, [options](const auto& plugins) {
                 const bool one = options->files.size() == 1 && !options->all;

@@ -31,7 +31,7 @@ _vexacm() {
         mapfile -t COMPREPLY < <(compgen -d -- "$current")
         return
         ;;
-    -o | --manifest | --sarif | --junit | --html)
+    -o | --depfile | --manifest | --sarif | --junit | --html)
         compopt -o filenames 2>/dev/null
         mapfile -t COMPREPLY < <(compgen -f -- "$current")
         return
@@ -53,7 +53,8 @@ _vexacm() {
         info:-*) words="-h --help --plugins --json" ;;
         info:*) words=$(_vexacm_column 1) ;;
         compile:-*)
-            words="-h --help --plugins --stage $filters --all -D --kernel --prerotate -o --json"
+            words="-h --help --plugins --stage $filters --all -D --kernel --prerotate -o"
+            words+=" --depfile --json"
             ;;
         batch:-*)
             words="-h --help --plugins $filters -D --kernel --prerotate --manifest -j --timeout"
