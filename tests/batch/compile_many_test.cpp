@@ -69,6 +69,8 @@ TEST_F(CompileMany, AsksWhatOneFileCanGiveThenWrongUse) {
            "vexacm: -o is for one file and one compiler: for more there is batch --outputs\n");
     expect(compile({"--all", "a.frag", "-o", "out"}), 2, "",
            "vexacm: -o is for one file and one compiler: for more there is batch --outputs\n");
+    expect(compile({"a.frag", "b.vert", "--quiet"}), 2, "",
+           "vexacm: --quiet is for one file and one compiler\n");
     expect(compile({"a.frag", "-", "--stage", "vertex"}), 2, "",
            "vexacm: standard input is for one file and one compiler\n");
     expect(compile({"a.frag", "c.cl", "--kernel", "k", "--api", "opencl"}), 2, "",

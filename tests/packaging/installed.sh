@@ -62,22 +62,65 @@ vexaoc_get_capabilities
 vexaoc_release_capabilities
 vexaoc_release_outputs" sh -c "nm -D --defined-only --format=just-symbols '$plugin'"
 
-# What the function that adds plug-ins refuses.
-refuse() { # MESSAGE ARGUMENTS
-    printf '%s\n' 'cmake_minimum_required(VERSION 3.18)' 'project(wrong LANGUAGES C)' \
-        'find_package(compiler_manager 4 CONFIG REQUIRED)' \
-        "compiler_manager_add_plugin($2)" >"$work/wrong/CMakeLists.txt"
+# With CMake: shaders, compiled when they or the plug-in have changed.
+build_shaders() { # NAMES OF THOSE THAT ARE COMPILED
+    expected=$1
+    cmake --build "$work/shaders" >"$work/log" 2>&1 || fail "$(cat "$work/log")"
+    compiled=$(sed -n 's/.*Compiling //p' "$work/log" | sort | tr '\n' ' ')
+    [ "$compiled" = "$expected" ] || fail "not '$expected', but '$compiled': $(cat "$work/log")"
+}
+if [ -x "$prefix/bin/vexacm" ]; then
+    for generator in "Unix Makefiles" Ninja; do
+        rm -rf "$work/outside" "$work/shaders"
+        cp -R "$outside" "$work/outside"
+        cmake -S "$work/outside" -B "$work/shaders" -G "$generator" \
+            -D CMAKE_PREFIX_PATH="$prefix" >"$work/log" 2>&1 || fail "$(cat "$work/log")"
+        binaries=$work/shaders/shaders/shaders
+        expect "$binaries/plain.vert.bin;$binaries/with blank.frag.bin" cat "$work/shaders/binaries"
+        build_shaders "shaders/plain.vert shaders/with blank.frag "
+        expect "FOG
+LIGHTS=4 + 1
+precise void main() {}" cat "$binaries/with blank.frag.bin"
+        build_shaders ""
+        sleep 0.01 # the time of a file is that of the kernel's last tick
+        echo "// changed" >>"$work/outside/shaders/with blank.frag"
+        build_shaders "shaders/with blank.frag "
+        expect "FOG
+LIGHTS=4 + 1
+precise void main() {}
+// changed" cat "$binaries/with blank.frag.bin"
+        sleep 0.01
+        touch "$work/shaders/plugins/openglessl/libVexa-K300_r5p0-06rel0.so"
+        build_shaders "shaders/plain.vert shaders/with blank.frag "
+        rm "$binaries/plain.vert.bin"
+        build_shaders "shaders/plain.vert "
+    done
+fi
+
+# What these functions refuse.
+refuse() { # FUNCTION MESSAGE ARGUMENTS
+    printf '%s\n' 'cmake_minimum_required(VERSION 3.20)' 'project(wrong LANGUAGES C)' \
+        'find_package(compiler_manager 4 CONFIG REQUIRED)' "$1($3)" >"$work/wrong/CMakeLists.txt"
     ! cmake -S "$work/wrong" -B "$work/wrong/build" -D CMAKE_PREFIX_PATH="$prefix" \
-        >"$work/log" 2>&1 || fail "compiler_manager_add_plugin($2) is accepted"
-    tr -s ' \n' ' ' <"$work/log" | grep -qF "compiler_manager_add_plugin: $1" ||
-        fail "compiler_manager_add_plugin($2): $(cat "$work/log")"
+        >"$work/log" 2>&1 || fail "$1($3) is accepted"
+    tr -s ' \n' ' ' <"$work/log" | grep -qF "$1: $2" || fail "$1($3): $(cat "$work/log")"
 }
 mkdir "$work/wrong"
+add=compiler_manager_add_plugin
 given='NAME p SOURCES p.c'
-refuse "API is 'gles', not opencl or openglessl" "$given API gles DRIVER K300_r1p0-00rel0"
-refuse "DRIVER is 'K999_r1p0-00rel0', not of the form" "$given API opencl DRIVER K999_r1p0-00rel0"
-refuse "SOURCES is missing" "NAME p API opencl DRIVER K300_r1p0-00rel0"
-refuse "'x' is not understood" "x $given API opencl DRIVER K300_r1p0-00rel0"
+refuse $add "API is 'gles', not opencl or openglessl" "$given API gles DRIVER K300_r1p0-00rel0"
+refuse $add "DRIVER is 'K999_r1p0-00rel0', not of the form" \
+    "$given API opencl DRIVER K999_r1p0-00rel0"
+refuse $add "SOURCES is missing" "NAME p API opencl DRIVER K300_r1p0-00rel0"
+refuse $add "'x' is not understood" "x $given API opencl DRIVER K300_r1p0-00rel0"
+add=compiler_manager_add_shaders
+refuse $add "SOURCES is missing" "s ALL"
+refuse $add "'x' is not understood" "s x SOURCES a.vert"
+if [ -x "$prefix/bin/vexacm" ]; then
+    refuse $add "'/a.vert' is neither below" "s SOURCES /a.vert"
+else
+    refuse $add "the tool vexacm is not installed" "s SOURCES a.vert"
+fi
 
 # With pkg-config.
 PKG_CONFIG_PATH=$prefix/$lib/pkgconfig

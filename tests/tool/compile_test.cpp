@@ -223,6 +223,17 @@ TEST_F(CompileCommand, FileWithTheNameOfACommandOrOptionThenAFile) {
     expect(vexacm({"compile", "--stage", "vertex", "--", "--odd="}), 0, K580, "");
 }
 
+TEST_F(CompileCommand, QuietThenDiagnosticsAlone) {
+    add_source("a.frag", "ERROR");
+    add_source("b.frag", "BINARY");
+    expect(vexacm({"compile", "a.frag", "--quiet"}), 1, "",
+           "a.frag: 3:4: error\na.frag: 5:6: another\na.frag: 1:2: warning\n");
+    expect(vexacm({"compile", "b.frag", "--quiet", "-o", "out"}), 0, "", "");
+    EXPECT_EQ(read_file(path("out")), std::string_view("\x00\x01\n\xff", 4));
+    expect(vexacm({"compile", "b.frag", "--quiet", "--json"}), 2, "",
+           "vexacm: --json and --quiet exclude each other\n");
+}
+
 TEST_F(CompileCommand, NoFileThenWrongUse) {
     expect(vexacm({"compile"}), 2, "", usage_error("FILE is required"));
 }

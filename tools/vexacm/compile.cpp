@@ -25,6 +25,7 @@ struct Compile_options {
     std::optional<std::string> depfile;
     bool prerotate = false;
     bool json = false;
+    bool quiet = false;
 };
 
 void require(bool right, const std::string& otherwise) {
@@ -50,6 +51,7 @@ Compile_options completed(Compile_options options) {
     require(kernel || options.kernels.empty(),
             "--kernel is for stage kernel, not " + options.stage);
     require(!options.json || options.output != "-", "--json and -o - both want standard output");
+    require(!options.json || !options.quiet, "--json and --quiet exclude each other");
     require(!options.depfile || options.output.value_or("-") != "-",
             "--depfile tells what the file of -o depends on");
     return options;
@@ -81,7 +83,7 @@ void write_results(const Compile_options& options, const Compiler& compiler,
     }
     if (options.json)
         write_standard_output(json_report(compiler, *outputs));
-    else if (options.output != "-")
+    else if (!options.quiet && options.output != "-")
         write_standard_output(report(*outputs, wants_binary ? *options.output : ""));
 }
 
@@ -96,7 +98,7 @@ Exit_status compile_one(const Compile_options& given, const std::optional<std::s
         options.depfile ? dependencies(options, compiler, directory) : "";
 
     // Named first: what follows may be what the plug-in itself prints.
-    if (!options.json && options.output != "-")
+    if (!options.json && !options.quiet && options.output != "-")
         write_standard_output(compiler_line(compiler));
 
     const auto outputs =
@@ -118,6 +120,7 @@ Exit_status compile_many(const Compile_options& options,
                          const std::optional<std::string>& plugins) {
     require(!options.output,
             "-o is for one file and one compiler: for more there is batch --outputs");
+    require(!options.quiet, "--quiet is for one file and one compiler");
     Batch batch;
     for (const std::string& file : options.files) {
         require(file != "-", "standard input is for one file and one compiler");
@@ -162,6 +165,7 @@ Command add_compile(CLI::App& tool) {
     add_text(*command, "--depfile", options->depfile, "File for what OUT depends on; make, Ninja")
         ->type_name("FILE");
     command->add_flag("--json", options->json, "Print an object, with the diagnostics in it");
+    command->add_flag("--quiet", options->quiet, "Print nothing but diagnostics");
     return {command, [options](const auto& plugins) {
                 const bool one = options->files.size() == 1 && !options->all;
                 return one ? compile_one(*options, plugins) : compile_many(*options, plugins);

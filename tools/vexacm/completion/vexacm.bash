@@ -54,7 +54,7 @@ _vexacm() {
         info:*) words=$(_vexacm_column 1) ;;
         compile:-*)
             words="-h --help --plugins --stage $filters --all -D --kernel --prerotate -o"
-            words+=" --depfile --json"
+            words+=" --depfile --json --quiet"
             ;;
         batch:-*)
             words="-h --help --plugins $filters -D --kernel --prerotate --manifest -j --timeout"

@@ -44,6 +44,7 @@ complete -c vexacm -n $compiles -l kernel -x -d "Kernel to build"
 complete -c vexacm -n $compiles -l prerotate -d "Pre-rotate the output"
 complete -c vexacm -n $compile -l all -d "With all compilers that pass"
 complete -c vexacm -n $compile -s o -r -F -d "File for the binary"
+complete -c vexacm -n $compile -l quiet -d "Print nothing but diagnostics"
 complete -c vexacm -n $compile -l depfile -r -F -d "File for what it depends on"
 
 complete -c vexacm -n $batch -l manifest -r -F -d "Sources with options"

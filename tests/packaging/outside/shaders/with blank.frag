@@ -1,0 +1,1 @@
+precise void main() {}
