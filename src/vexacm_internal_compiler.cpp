@@ -23,9 +23,64 @@ enum class Shader_type : unsigned char {
 
 namespace {
 
+constexpr bool is_blank(char character) {
+    return character == ' ' || (character >= '\t' && character <= '\r');
+}
+
+constexpr bool is_digit(char character) {
+    return character >= '0' && character <= '9';
+}
+
+// Reads the number that a piece of at most six characters begins with: 0 when
+// it begins with anything but a digit, a sign too; left alone when it is blank.
+constexpr void read_number(std::string_view piece, std::uint32_t* number) {
+    while (!piece.empty() && is_blank(piece.front()))
+        piece.remove_prefix(1);
+    if (piece.empty())
+        return;
+    *number = 0;
+    for (; !piece.empty() && is_digit(piece.front()); piece.remove_prefix(1))
+        *number = *number * 10 + static_cast<std::uint32_t>(piece.front() - '0');
+}
+
+// Skips at most `most` characters, up to and including the first delimiter.
+constexpr void skip_past(char delimiter, std::size_t most, std::string_view* text) {
+    for (; most > 0 && !text->empty(); --most) {
+        const char skipped = text->front();
+        text->remove_prefix(1);
+        if (skipped == delimiter)
+            return;
+    }
+}
+
+// What lies before the first of either character; all where there is none.
+constexpr std::string_view until(std::string_view text, char a, char b) {
+    std::size_t size = 0;
+    while (size < text.size() && text[size] != a && text[size] != b)
+        ++size;
+    return text.substr(0, size);
+}
+
+constexpr std::string_view line(std::string_view text, std::size_t most) {
+    return until(text.substr(0, most), '\n', '\n');
+}
+
+constexpr void read_core_name(std::string_view core_display_name, std::uint32_t* core_number) {
+    skip_past('-', 5, &core_display_name); // the length of "Vexa-"
+    if (!core_display_name.empty() && core_display_name.front() == 'K')
+        core_display_name.remove_prefix(1);
+    read_number(line(core_display_name, 3), core_number);
+}
+
 struct Core_name {
+    constexpr Core_name(std::string_view short_name_, const char* display_name_)
+        : short_name(short_name_), display_name(display_name_) {
+        read_core_name(display_name_, &number);
+    }
+
     std::string_view short_name;
-    std::string_view display_name;
+    const char* display_name;
+    std::uint32_t number = 0;
 };
 
 // Vexa-K350, Vexa-K370 and Vexa-100 are not offered and have no row.
@@ -95,122 +150,40 @@ constexpr std::string_view shader_type_names[] = {
 constexpr std::uint32_t GLES_31 = 310;
 constexpr std::uint32_t GLES_32 = 320;
 
-// A text read as an input stream would read it, at a small part of the cost and
-// whatever the global locale: once it has failed or met the end of the text, it
-// takes nothing more.
-class Text_cursor {
-public:
-    explicit Text_cursor(std::string_view text) : rest(text) {}
-
-    // Skips at most `most` characters, up to and including the first delimiter.
-    void skip_past(char delimiter, std::size_t most) {
-        for (; most > 0 && !rest.empty(); --most) {
-            const char skipped = rest.front();
-            rest.remove_prefix(1);
-            if (skipped == delimiter)
-                return;
-        }
-    }
-
-    void skip_if(char character) {
-        if (!rest.empty() && rest.front() == character)
-            rest.remove_prefix(1);
-    }
-
-    // Takes at most `most` characters up to a line feed.
-    std::string_view take_line(std::size_t most) {
-        if (failed)
-            return {};
-        return take(std::min(most, std::min(rest.find('\n'), rest.size())));
-    }
-
-    // Takes at most one character and the delimiter behind it, which has to be
-    // there unless the text ends.
-    std::string_view take_one_before(char delimiter) {
-        if (failed || end_met)
-            return {};
-        const std::size_t size = rest.empty() || rest.front() == delimiter ? 0 : 1;
-        const std::string_view taken = take(size);
-        end_met = rest.empty();
-        failed = !end_met && rest.front() != delimiter;
-        if (!end_met && !failed)
-            rest.remove_prefix(1);
-        return taken;
-    }
-
-private:
-    std::string_view take(std::size_t size) {
-        const std::string_view taken = rest.substr(0, size);
-        rest.remove_prefix(size);
-        return taken;
-    }
-
-    std::string_view rest;
-    bool end_met = false;
-    bool failed = false;
-};
-
-bool is_blank(char character) {
-    return character == ' ' || (character >= '\t' && character <= '\r');
-}
-
-// Reads the number that a piece of at most six characters begins with: 0 when
-// it begins with anything but a digit, a sign too; left alone when it is blank.
-void read_number(std::string_view piece, std::uint32_t* number) {
-    while (!piece.empty() && is_blank(piece.front()))
-        piece.remove_prefix(1);
-    if (piece.empty())
-        return;
-    *number = 0;
-    for (const char digit : piece) {
-        if (digit < '0' || digit > '9')
-            return;
-        *number = *number * 10 + static_cast<std::uint32_t>(digit - '0');
-    }
-}
-
-std::size_t find_either(std::string_view text, char a, char b) {
-    std::size_t position = 0;
-    while (position < text.size() && text[position] != a && text[position] != b)
-        ++position;
-    return position < text.size() ? position : std::string_view::npos;
-}
-
-// The name that callers see.
-std::string_view display_name(std::string_view core_name) {
+// The row of a short name; null where there is none.
+const Core_name* find_core(std::string_view core_name) {
     // All short names have one length, so that a comparison is one instruction.
     constexpr std::size_t size = vexa_core_name_translator[0].short_name.size();
-    if (core_name.size() != size)
-        return core_name;
-    for (const Core_name& core : vexa_core_name_translator)
-        if (std::memcmp(core.short_name.data(), core_name.data(), size) == 0)
-            return core.display_name;
-    return core_name;
-}
-
-void read_core_name(std::string_view core_display_name, std::uint32_t* core_number) {
-    Text_cursor cursor(core_display_name);
-    cursor.skip_past('-', 5); // the length of "Vexa-"
-    cursor.skip_if('K');
-    read_number(cursor.take_line(3), core_number);
+    if (core_name.size() == size)
+        for (const Core_name& core : vexa_core_name_translator)
+            if (std::memcmp(core.short_name.data(), core_name.data(), size) == 0)
+                return &core;
+    return nullptr;
 }
 
 void read_core_revision(std::string_view core_revision, std::uint32_t* revision_numbers) {
-    Text_cursor cursor(core_revision);
-    cursor.skip_past('r', 2);
+    skip_past('r', 2, &core_revision);
     // Deliberate: one digit each. "r10p2" has major 1 and nothing more, and a
     // hyphen in place of the underscore ends the reading. Held by
     // CoreRevision.TakesOneDigitOfMajorAndMinor.
-    read_number(cursor.take_one_before('p'), &revision_numbers[0]);
-    read_number(cursor.take_one_before('_'), &revision_numbers[1]);
+    for (const char delimiter : {'p', '_'}) {
+        if (!core_revision.empty() && core_revision.front() != delimiter) {
+            read_number(core_revision.substr(0, 1), revision_numbers);
+            core_revision.remove_prefix(1);
+        }
+        if (core_revision.empty() || core_revision.front() != delimiter)
+            return;
+        core_revision.remove_prefix(1);
+        ++revision_numbers;
+    }
 
-    const std::string_view build_and_tag = cursor.take_line(6);
-    read_number(build_and_tag.substr(0, find_either(build_and_tag, 'd', 'r')),
-                &revision_numbers[2]);
-    // Deliberate: without a tag the position wraps to 0 and the release is the
-    // first character. Held by CoreRevision.ReadsTheReleaseWithoutATagFromTheStart.
-    const std::size_t release_at = find_either(build_and_tag, 'v', 'l') + 1;
-    read_number(build_and_tag.substr(release_at, 1), &revision_numbers[3]);
+    const std::string_view build_and_tag = line(core_revision, 6);
+    read_number(until(build_and_tag, 'd', 'r'), &revision_numbers[0]);
+    // Deliberate: without a tag the release is the first character. Held by
+    // CoreRevision.ReadsTheReleaseWithoutATagFromTheStart.
+    const std::size_t tag_end = until(build_and_tag, 'v', 'l').size();
+    const std::size_t release_at = tag_end < build_and_tag.size() ? tag_end + 1 : 0;
+    read_number(build_and_tag.substr(release_at, 1), &revision_numbers[1]);
 }
 
 std::size_t not_negative(int count) {
@@ -298,8 +271,8 @@ Vexacm_internal_compiler::Vexacm_internal_compiler(
       flexible_version_major(flexible_version_major_),
       flexible_version_minor(flexible_version_minor_),
       flexible_version_patch(flexible_version_patch_), driver_name(std::move(driver_name_)),
-      core_name(display_name(reported_core_name_)), reported_core_name(reported_core_name_),
-      core_revision(core_revision_), api_name(api_name_),
+      core_name(get_core_display_name(std::string(reported_core_name_))),
+      reported_core_name(reported_core_name_), core_revision(core_revision_), api_name(api_name_),
       highest_api_version(get_actual_highest_api_version(core_name, api_name, api_versions)),
       extensions(extensions_), extensions_known(!extensions.empty()),
       binary_output_supported(binary_output_supported_), prerotate_supported(prerotate_supported_),
@@ -321,10 +294,19 @@ bool Vexacm_internal_compiler::parse_core_revision(const std::string& core_revis
 
 Vexacm_internal_compiler::Order_key
 Vexacm_internal_compiler::order_key(std::string_view core_name, std::string_view core_revision) {
-    Order_key key = {};
-    read_core_name(display_name(core_name), key.data());
-    read_core_revision(core_revision, &key[1]);
-    return key;
+    std::uint32_t core_number = 0;
+    std::uint32_t revision[4] = {};
+    if (const Core_name* const core = find_core(core_name))
+        core_number = core->number;
+    else
+        read_core_name(core_name, &core_number);
+    read_core_revision(core_revision, revision);
+    // In one number, as they have three, one, one, six and one digits at most.
+    Order_key key = core_number;
+    key = key * 10 + revision[0];
+    key = key * 10 + revision[1];
+    key = key * 1000000 + revision[2];
+    return key * 10 + revision[3];
 }
 
 bool Vexacm_internal_compiler::before(const Vexacm_internal_compiler& a,
@@ -336,7 +318,8 @@ bool Vexacm_internal_compiler::before(const Vexacm_internal_compiler& a,
 }
 
 std::string Vexacm_internal_compiler::get_core_display_name(const std::string& core_name) {
-    return std::string(display_name(core_name));
+    const Core_name* const core = find_core(core_name);
+    return core ? core->display_name : core_name;
 }
 
 std::uint32_t Vexacm_internal_compiler::get_actual_highest_api_version(

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <cstring>
 #include <memory>
@@ -57,7 +56,7 @@ public:
 
     /// What records are ordered by, the highest first: the core's number and the
     /// four numbers of its revision. The name is the reported or the display name.
-    using Order_key = std::array<std::uint32_t, 5>;
+    using Order_key = std::uint64_t;
     static Order_key order_key(std::string_view core_name, std::string_view core_revision);
 
     /// The order of records. True, too, when core and revision are equal.
