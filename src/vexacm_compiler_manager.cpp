@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <optional>
 #include <string_view>
 #include <utility>
 
@@ -41,7 +42,8 @@ struct Api_capabilities {
     const char* name;
     std::vector<const char*> versions;
     std::vector<std::uint32_t> version_numbers;
-    std::string extensions; // each with a blank behind it
+    std::string extensions;                        // each with a blank behind it
+    std::optional<Vexacm_internal_compiler> model; // for no core
 };
 
 // A plug-in's capability list, by key. The texts stay the plug-in's.
@@ -91,7 +93,7 @@ private:
 struct Row {
     Vexacm_internal_compiler::Order_key key;
     std::uint32_t position; // among those reported
-    const Api_capabilities* api;
+    Api_capabilities* api;
     const char* core_name;
     const char* core_revision;
 };
@@ -210,12 +212,15 @@ bool Vexacm_compiler_manager::add_library(const std::shared_ptr<Vexacm_vexaoc_li
     const std::size_t size = catalogue.size() + rows.size();
     if (size > catalogue.capacity())
         catalogue.reserve(std::max(size, 2 * catalogue.capacity()));
-    for (const Row& row : rows)
-        catalogue.emplace_back(
-            version.major, version.minor, version.patch, flexible_major, flexible_minor,
-            flexible_patch, library->get_driver_name(), row.core_name, row.core_revision,
-            row.api->name, row.api->version_numbers, row.api->extensions,
-            capabilities.binary_output_supported == 1, reported.prerotate, library);
+    for (const Row& row : rows) {
+        auto& model = row.api->model;
+        if (!model)
+            model.emplace(version.major, version.minor, version.patch, flexible_major,
+                          flexible_minor, flexible_patch, library->get_driver_name(), "", "",
+                          row.api->name, row.api->version_numbers, row.api->extensions,
+                          capabilities.binary_output_supported == 1, reported.prerotate, library);
+        catalogue.emplace_back(*model, row.core_name, row.core_revision);
+    }
     return true;
 }
 

@@ -161,6 +161,25 @@ const Core_name* find_core(std::string_view core_name) {
     return nullptr;
 }
 
+// The name that callers see in place of a short one; null where there is none.
+const char* translate(std::string_view core_name) {
+    const Core_name* const core = find_core(core_name);
+    return core ? core->display_name : nullptr;
+}
+
+std::uint32_t highest(const std::vector<std::uint32_t>& api_versions) {
+    return api_versions.empty() ? 0 : *std::max_element(api_versions.begin(), api_versions.end());
+}
+
+std::uint32_t capped(std::string_view core_display_name, std::string_view api_name,
+                     std::uint32_t highest_api_version) {
+    const bool is_capped =
+        highest_api_version == GLES_32 && api_name == "openglessl" &&
+        std::find(std::begin(MAXIMUM_GLES_310_CORES), std::end(MAXIMUM_GLES_310_CORES),
+                  core_display_name) != std::end(MAXIMUM_GLES_310_CORES);
+    return is_capped ? GLES_31 : highest_api_version;
+}
+
 void read_core_revision(std::string_view core_revision, std::uint32_t* revision_numbers) {
     skip_past('r', 2, &core_revision);
     // Deliberate: one digit each. "r10p2" has major 1 and nothing more, and a
@@ -259,24 +278,33 @@ void release_strings(std::uint32_t count, char** strings) {
 } // namespace
 
 Vexacm_internal_compiler::Vexacm_internal_compiler(
-    std::uint32_t library_version_major_, std::uint32_t library_version_minor_,
-    std::uint32_t library_version_patch_, std::int32_t flexible_version_major_,
-    std::int32_t flexible_version_minor_, std::int32_t flexible_version_patch_,
-    std::string driver_name_, std::string_view reported_core_name_, std::string_view core_revision_,
-    std::string_view api_name_, const std::vector<std::uint32_t>& api_versions,
-    const std::string& extensions_, bool binary_output_supported_, bool prerotate_supported_,
-    const std::shared_ptr<Vexacm_vexaoc_library>& library_)
-    : library_version_major(library_version_major_), library_version_minor(library_version_minor_),
-      library_version_patch(library_version_patch_),
-      flexible_version_major(flexible_version_major_),
-      flexible_version_minor(flexible_version_minor_),
-      flexible_version_patch(flexible_version_patch_), driver_name(std::move(driver_name_)),
-      core_name(get_core_display_name(std::string(reported_core_name_))),
-      reported_core_name(reported_core_name_), core_revision(core_revision_), api_name(api_name_),
-      highest_api_version(get_actual_highest_api_version(core_name, api_name, api_versions)),
-      extensions(extensions_), extensions_known(!extensions.empty()),
-      binary_output_supported(binary_output_supported_), prerotate_supported(prerotate_supported_),
-      library(library_) {}
+    std::uint32_t library_version_major, std::uint32_t library_version_minor,
+    std::uint32_t library_version_patch, std::int32_t flexible_version_major,
+    std::int32_t flexible_version_minor, std::int32_t flexible_version_patch,
+    std::string driver_name, std::string_view reported_core_name_, std::string_view core_revision_,
+    std::string_view api_name, const std::vector<std::uint32_t>& api_versions,
+    const std::string& extensions_, bool binary_output_supported, bool prerotate_supported,
+    const std::shared_ptr<Vexacm_vexaoc_library>& library)
+    : Vexacm_internal_compiler(
+          std::make_shared<const Common>(
+              Common{library_version_major, library_version_minor, library_version_patch,
+                     flexible_version_major, flexible_version_minor, flexible_version_patch,
+                     std::move(driver_name), std::string(api_name), highest(api_versions),
+                     extensions_, binary_output_supported, prerotate_supported, library}),
+          reported_core_name_, core_revision_) {}
+
+Vexacm_internal_compiler::Vexacm_internal_compiler(const Vexacm_internal_compiler& sibling,
+                                                   std::string_view reported_core_name_,
+                                                   std::string_view core_revision_)
+    : Vexacm_internal_compiler(sibling.common, reported_core_name_, core_revision_) {}
+
+Vexacm_internal_compiler::Vexacm_internal_compiler(std::shared_ptr<const Common> common_,
+                                                   std::string_view reported_core_name_,
+                                                   std::string_view core_revision_)
+    : common(std::move(common_)), core_name(translate(reported_core_name_)),
+      reported_core_name(reported_core_name_), core_revision(core_revision_),
+      highest_api_version(capped(get_core_name(), common->api_name, common->highest_api_version)),
+      extensions_known(!common->extensions.empty()) {}
 
 // --- Core identity and order ---
 
@@ -314,25 +342,19 @@ bool Vexacm_internal_compiler::before(const Vexacm_internal_compiler& a,
     // Deliberate: equals come before each other, and a record before itself; a
     // sort has to make a strict order of it. Held by
     // CompilerOrder.EqualsComeBeforeEachOther.
-    return order_key(a.core_name, a.core_revision) >= order_key(b.core_name, b.core_revision);
+    return order_key(a.get_core_name(), a.core_revision) >=
+           order_key(b.get_core_name(), b.core_revision);
 }
 
 std::string Vexacm_internal_compiler::get_core_display_name(const std::string& core_name) {
-    const Core_name* const core = find_core(core_name);
-    return core ? core->display_name : core_name;
+    const char* const translated = translate(core_name);
+    return translated ? translated : core_name;
 }
 
 std::uint32_t Vexacm_internal_compiler::get_actual_highest_api_version(
     const std::string& core_display_name, const std::string& api_name,
     const std::vector<std::uint32_t>& api_versions) {
-    if (api_versions.empty())
-        return 0;
-    const std::uint32_t highest = *std::max_element(api_versions.begin(), api_versions.end());
-    const bool capped =
-        highest == GLES_32 && api_name == "openglessl" &&
-        std::find(std::begin(MAXIMUM_GLES_310_CORES), std::end(MAXIMUM_GLES_310_CORES),
-                  core_display_name) != std::end(MAXIMUM_GLES_310_CORES);
-    return capped ? GLES_31 : highest;
+    return capped(core_display_name, api_name, highest(api_versions));
 }
 
 // --- Compiling ---
@@ -352,13 +374,14 @@ bool Vexacm_internal_compiler::compile(vexaoc_outputs* outputs, const char* sour
     const std::size_t kernel_count =
         type == Shader_type::KERNEL ? not_negative(num_kernel_names) : 0;
     const std::size_t define_count = not_negative(num_defines);
-    Option_list options(2 * define_count + 4 + 2 * kernel_count + (prerotate_supported ? 2 : 0));
+    Option_list options(2 * define_count + 4 + 2 * kernel_count +
+                        (common->prerotate_supported ? 2 : 0));
     options.add("shader_type", shader_type);
     for (std::size_t i = 0; i < kernel_count; ++i)
         options.add("kernel_name", kernel_names[i]);
-    if (prerotate_supported)
+    if (common->prerotate_supported)
         options.add("prerotate", prerotate ? "true" : "false");
-    options.add("compiler_type", api_name.c_str());
+    options.add("compiler_type", common->api_name.c_str());
     for (std::size_t i = 0; i < define_count; ++i)
         options.add("define", defines[i]);
     options.copy_texts();
@@ -386,10 +409,10 @@ bool Vexacm_internal_compiler::check_request(const char* source, const char* sha
         return refuse("Unknown shader type: ", shader_type, ".");
     *type = static_cast<Shader_type>(name - std::begin(shader_type_names));
 
-    if (api_name == "openglessl") {
+    if (common->api_name == "openglessl") {
         if (!check_gles_request(*type, num_kernel_names))
             return false;
-    } else if (api_name == "opencl") {
+    } else if (common->api_name == "opencl") {
         if (*type != Shader_type::KERNEL)
             return refuse("Shader type ", shader_type,
                           " can only be compiled using an OpenGL ES compiler.");
@@ -398,7 +421,7 @@ bool Vexacm_internal_compiler::check_request(const char* source, const char* sha
                 "Must specify at least one kernel name when compiling using an OpenCL compiler.");
     }
 
-    if (prerotate && !prerotate_supported)
+    if (prerotate && !common->prerotate_supported)
         return refuse("Compiler does not support prerotate.");
     return true;
 }
@@ -439,14 +462,14 @@ bool Vexacm_internal_compiler::check_gles_extension(std::string_view extension,
 }
 
 bool Vexacm_internal_compiler::call_plugin(vexaoc_inputs* inputs, vexaoc_outputs* outputs) const {
-    if (!library) {
+    if (!common->library) {
         report_line("Library for this compiler is missing.");
         return false;
     }
 
     vexaoc_outputs plugin_outputs;
     std::memset(&plugin_outputs, 0, sizeof plugin_outputs);
-    const int result = library->compile(inputs, &plugin_outputs);
+    const int result = common->library->compile(inputs, &plugin_outputs);
     switch (result) {
     case VEXAOC_SUCCESS:
         copy_compiler_outputs(outputs, &plugin_outputs);
@@ -466,7 +489,7 @@ bool Vexacm_internal_compiler::call_plugin(vexaoc_inputs* inputs, vexaoc_outputs
     }
     // A plain call, no owner: when the copy runs out of memory, the outputs are
     // not handed back.
-    library->release_compilation_result(&plugin_outputs);
+    common->library->release_compilation_result(&plugin_outputs);
     return result == VEXAOC_SUCCESS;
 }
 
@@ -476,9 +499,10 @@ const char* Vexacm_internal_compiler::get_extensions() {
     if (!extensions_known) {
         // Set first: whatever the test compiles do, they are not tried again.
         extensions_known = true;
-        extensions = api_name == "openglessl" ? probe_gles_extensions() : probe_opencl_extensions();
+        extensions =
+            common->api_name == "openglessl" ? probe_gles_extensions() : probe_opencl_extensions();
     }
-    return extensions.c_str();
+    return common->extensions.empty() ? extensions.c_str() : common->extensions.c_str();
 }
 
 std::string Vexacm_internal_compiler::probe_gles_extensions() {

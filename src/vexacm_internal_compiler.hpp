@@ -29,14 +29,18 @@ public:
         bool binary_output_supported, bool prerotate_supported,
         const std::shared_ptr<Vexacm_vexaoc_library>& library);
 
+    /// Another compiler of the same plug-in and shading language.
+    Vexacm_internal_compiler(const Vexacm_internal_compiler& sibling,
+                             std::string_view reported_core_name, std::string_view core_revision);
+
     // The texts live as long as the record.
-    const char* get_driver_name() const { return driver_name.c_str(); }
-    const char* get_core_name() const { return core_name.c_str(); }
+    const char* get_driver_name() const { return common->driver_name.c_str(); }
+    const char* get_core_name() const { return core_name ? core_name : reported_core_name.c_str(); }
     const char* get_core_revision() const { return core_revision.c_str(); }
-    const char* get_api_name() const { return api_name.c_str(); }
+    const char* get_api_name() const { return common->api_name.c_str(); }
     std::uint32_t get_highest_api_version() const { return highest_api_version; }
-    bool is_binary_output_supported() const { return binary_output_supported; }
-    bool is_prerotate_supported() const { return prerotate_supported; }
+    bool is_binary_output_supported() const { return common->binary_output_supported; }
+    bool is_prerotate_supported() const { return common->prerotate_supported; }
 
     /// The extension names, each with a blank behind it. Unless the plug-in
     /// reported them, the first call finds them out by test compiles.
@@ -74,13 +78,35 @@ public:
                                    const std::vector<std::uint32_t>& api_versions);
 
     /// Gives up the plug-in, ahead of the record's end.
-    void release_library() { library.reset(); }
+    void release_library() { common.reset(); }
 
     static void string_copy(const char** destination, const char* source);
     static void copy_compiler_outputs(vexaoc_outputs* destination, const vexaoc_outputs* source);
     static void release_compiler_outputs(vexaoc_outputs* outputs);
 
 private:
+    // What the compilers of one plug-in for one shading language have in common.
+    struct Common {
+        // Kept for operations to come that depend on the plug-in's versions.
+        [[maybe_unused]] std::uint32_t library_version_major;
+        [[maybe_unused]] std::uint32_t library_version_minor;
+        [[maybe_unused]] std::uint32_t library_version_patch;
+        [[maybe_unused]] std::int32_t flexible_version_major;
+        [[maybe_unused]] std::int32_t flexible_version_minor;
+        [[maybe_unused]] std::int32_t flexible_version_patch;
+
+        std::string driver_name;
+        std::string api_name;
+        std::uint32_t highest_api_version; // of those reported
+        std::string extensions;            // reported
+        bool binary_output_supported;
+        bool prerotate_supported;
+        std::shared_ptr<Vexacm_vexaoc_library> library;
+    };
+
+    Vexacm_internal_compiler(std::shared_ptr<const Common> common,
+                             std::string_view reported_core_name, std::string_view core_revision);
+
     bool check_request(const char* source, const char* shader_type, int num_kernel_names,
                        bool prerotate, Shader_type* type);
     bool check_gles_request(Shader_type type, int num_kernel_names);
@@ -89,25 +115,13 @@ private:
     std::string probe_gles_extensions();
     std::string probe_opencl_extensions();
 
-    // Kept for operations to come that depend on the plug-in's versions.
-    [[maybe_unused]] std::uint32_t library_version_major;
-    [[maybe_unused]] std::uint32_t library_version_minor;
-    [[maybe_unused]] std::uint32_t library_version_patch;
-    [[maybe_unused]] std::int32_t flexible_version_major;
-    [[maybe_unused]] std::int32_t flexible_version_minor;
-    [[maybe_unused]] std::int32_t flexible_version_patch;
-
-    std::string driver_name;
-    std::string core_name;          // as shown to callers
+    std::shared_ptr<const Common> common;
+    const char* core_name;          // as shown to callers; null where that is the reported one
     std::string reported_core_name; // as the plug-in spells it and gets it back
     std::string core_revision;
-    std::string api_name;
+    std::string extensions; // found out, where none were reported
     std::uint32_t highest_api_version;
-    std::string extensions;
     bool extensions_known;
-    bool binary_output_supported;
-    bool prerotate_supported;
-    std::shared_ptr<Vexacm_vexaoc_library> library;
 };
 
 // Inline, as a query asks every record.
@@ -115,14 +129,14 @@ inline bool Vexacm_internal_compiler::matches(const char* driver_name_, const ch
                                               const char* core_revision_, const char* api_name_,
                                               const char* binary_output,
                                               std::uint32_t minimum_api_version) const {
-    const auto passes = [](const std::string& text, const char* filter) {
-        return !filter || std::strcmp(text.c_str(), filter) == 0;
+    const auto passes = [](const char* text, const char* filter) {
+        return !filter || std::strcmp(text, filter) == 0;
     };
-    if (!passes(driver_name, driver_name_) || !passes(core_name, core_name_) ||
-        !passes(core_revision, core_revision_) || !passes(api_name, api_name_))
+    if (!passes(get_driver_name(), driver_name_) || !passes(get_core_name(), core_name_) ||
+        !passes(get_core_revision(), core_revision_) || !passes(get_api_name(), api_name_))
         return false;
     if (binary_output &&
-        std::strcmp(binary_output, binary_output_supported ? "true" : "false") != 0)
+        std::strcmp(binary_output, is_binary_output_supported() ? "true" : "false") != 0)
         return false;
     return minimum_api_version <= highest_api_version;
 }
