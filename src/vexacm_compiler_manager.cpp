@@ -2,10 +2,11 @@
 #include "vexacm_compiler_manager.hpp"
 
 #include <algorithm>
-#include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <optional>
 #include <string_view>
+#include <tuple>
 #include <utility>
 
 #include "plugin_text.hpp"
@@ -17,16 +18,16 @@ namespace VexaCM {
 
 namespace {
 
-// Cores that are never offered.
-constexpr std::string_view blacklisted_vexa_cores[] = {"Vexa-100", "Vexa-K350", "Vexa-K370"};
+using namespace std::string_view_literals;
+
+// Cores that are never offered, with what no name contains between them.
+constexpr auto blacklisted_vexa_cores = "Vexa-100\0Vexa-K350\0Vexa-K370"sv;
 
 // Deliberate: the reported name is searched inside the listed names, so that
 // "100", "K350" and the empty name are passed over too. Held by
 // Catalogue.PassesOverCoresThatOccurInABlacklistedName.
 bool is_blacklisted(std::string_view core_name) {
-    return std::any_of(
-        std::begin(blacklisted_vexa_cores), std::end(blacklisted_vexa_cores),
-        [&](std::string_view listed) { return listed.find(core_name) != std::string_view::npos; });
+    return blacklisted_vexa_cores.find(core_name) != std::string_view::npos;
 }
 
 // What a plug-in reports about one shading language.
@@ -50,73 +51,62 @@ struct Api_capabilities {
 struct Reported_capabilities {
     explicit Reported_capabilities(const vexaoc_capabilities& capabilities) {
         for_each_capability(capabilities,
-                            [this](std::string_view key, const char* value) { read(key, value); });
+                            [this](const char* key, const char* value) { read(key, value); });
     }
 
-    Api_capabilities* find_api(std::string_view compiler_type) {
-        if (compiler_type == openglessl.name)
-            return &openglessl;
-        if (compiler_type == opencl.name)
-            return &opencl;
-        return nullptr;
-    }
+    Reported_capabilities(const Reported_capabilities&) = delete;
+    Reported_capabilities& operator=(const Reported_capabilities&) = delete;
 
-    std::vector<const char*> compiler_types;
+    std::vector<Api_capabilities*> compiler_types; // as often as they were reported
     Api_capabilities openglessl{"openglessl"};
     Api_capabilities opencl{"opencl"};
     const char* flexible_version = nullptr;
     bool prerotate = false;
 
 private:
-    void read(std::string_view key, const char* value) {
-        if (key == "compiler_type")
-            compiler_types.push_back(value);
-        else if (key == "openglessl_version")
-            openglessl.versions.push_back(value);
+    void read(std::string_view key, std::string_view value) {
+        if (key == "compiler_type") {
+            for (Api_capabilities* api : {&openglessl, &opencl})
+                if (value == api->name)
+                    compiler_types.push_back(api);
+        } else if (key == "openglessl_version")
+            openglessl.versions.push_back(value.data());
         else if (key == "opencl_version")
-            opencl.versions.push_back(value);
+            opencl.versions.push_back(value.data());
         else if (key == "openglessl_extensions")
             openglessl.extensions.append(value).append(" ");
         else if (key == "opencl_extensions")
             opencl.extensions.append(value).append(" ");
         else if (key == "flexible_version")
-            flexible_version = value;
+            flexible_version = value.data();
         else if (key == "prerotate")
-            prerotate = prerotate || std::string_view(value) == "true";
+            prerotate = prerotate || value == "true";
         else if (key != "undefine" && key != "architecture")
             report_line("Unknown flexible capability. Key: ", key, ", Value: ", value);
     }
 };
 
-// A compiler that a plug-in reported, with what orders it: its key is read once,
-// and its entry is made where it stays.
+// A compiler that a plug-in reported: what orders it, and where it was reported.
 struct Row {
     Vexacm_internal_compiler::Order_key key;
-    std::uint32_t position; // among those reported
-    Api_capabilities* api;
-    const char* core_name;
-    const char* core_revision;
+    std::uint32_t type;
+    std::uint32_t core;
 };
 
 // Throws where a version is no number; the rows of the types before it are made
 // by then.
-void add_rows(const vexaoc_capabilities& capabilities, Reported_capabilities* reported,
+void add_rows(const vexaoc_capabilities& capabilities, const Reported_capabilities& reported,
               std::vector<Row>* rows) {
-    for (const char* compiler_type : reported->compiler_types) {
-        Api_capabilities* const api = reported->find_api(compiler_type);
-        if (!api)
-            continue;
-        api->convert_versions();
-        const std::uint32_t core_count = list_length(capabilities.num_cores, capabilities.cores);
+    const std::uint32_t core_count = list_length(capabilities.num_cores, capabilities.cores);
+    for (std::uint32_t type = 0; type < reported.compiler_types.size(); ++type) {
+        reported.compiler_types[type]->convert_versions();
         rows->reserve(rows->size() + core_count);
-        for (std::uint32_t i = 0; i < core_count; ++i) {
-            const char* const core_name = text_or_empty(capabilities.cores[i].core_name);
-            const char* const core_revision = text_or_empty(capabilities.cores[i].core_revision);
-            if (is_blacklisted(core_name))
-                continue;
-            rows->push_back({Vexacm_internal_compiler::order_key(core_name, core_revision),
-                             static_cast<std::uint32_t>(rows->size()), api, core_name,
-                             core_revision});
+        for (std::uint32_t core = 0; core < core_count; ++core) {
+            const char* const core_name = text_or_empty(capabilities.cores[core].core_name);
+            const char* const core_revision = text_or_empty(capabilities.cores[core].core_revision);
+            if (!is_blacklisted(core_name))
+                rows->push_back(
+                    {Vexacm_internal_compiler::order_key(core_name, core_revision), type, core});
         }
     }
 }
@@ -125,7 +115,7 @@ void add_rows(const vexaoc_capabilities& capabilities, Reported_capabilities* re
 // library.
 void sort_rows(std::vector<Row>* rows) {
     std::sort(rows->begin(), rows->end(), [](const Row& a, const Row& b) {
-        return a.key != b.key ? a.key > b.key : a.position < b.position;
+        return std::tie(b.key, a.type, a.core) < std::tie(a.key, b.type, b.core);
     });
 }
 
@@ -184,11 +174,8 @@ bool Vexacm_compiler_manager::add_library(const std::shared_ptr<Vexacm_vexaoc_li
                     "' doesn't report a flexible version string.");
         return false;
     }
-    std::int32_t flexible_major = 0;
-    std::int32_t flexible_minor = 0;
-    std::int32_t flexible_patch = 0;
-    if (std::sscanf(reported.flexible_version, "%d.%d.%d", &flexible_major, &flexible_minor,
-                    &flexible_patch) != 3) {
+    std::int32_t flexible[3] = {};
+    if (read_version(reported.flexible_version, flexible, std::strtol) != 3) {
         static_cast<void>(owner.release());
         report_line(
             "Driver '", library->get_driver_name(),
@@ -201,7 +188,7 @@ bool Vexacm_compiler_manager::add_library(const std::shared_ptr<Vexacm_vexaoc_li
 
     std::vector<Row> rows;
     try {
-        add_rows(capabilities, &reported, &rows);
+        add_rows(capabilities, reported, &rows);
     } catch (...) {
         if (!rows.empty())
             unfinished = library;
@@ -213,13 +200,15 @@ bool Vexacm_compiler_manager::add_library(const std::shared_ptr<Vexacm_vexaoc_li
     if (size > catalogue.capacity())
         catalogue.reserve(std::max(size, 2 * catalogue.capacity()));
     for (const Row& row : rows) {
-        auto& model = row.api->model;
-        if (!model)
-            model.emplace(version.major, version.minor, version.patch, flexible_major,
-                          flexible_minor, flexible_patch, library->get_driver_name(), "", "",
-                          row.api->name, row.api->version_numbers, row.api->extensions,
-                          capabilities.binary_output_supported == 1, reported.prerotate, library);
-        catalogue.emplace_back(*model, row.core_name, row.core_revision);
+        Api_capabilities& api = *reported.compiler_types[row.type];
+        const vexaoc_core& core = capabilities.cores[row.core];
+        if (!api.model)
+            api.model.emplace(
+                version.major, version.minor, version.patch, flexible[0], flexible[1], flexible[2],
+                library->get_driver_name(), "", "", api.name, api.version_numbers, api.extensions,
+                capabilities.binary_output_supported == 1, reported.prerotate, library);
+        catalogue.emplace_back(*api.model, text_or_empty(core.core_name),
+                               text_or_empty(core.core_revision));
     }
     return true;
 }

@@ -2,6 +2,7 @@
 #include "vexacm_internal_compiler.hpp"
 
 #include <algorithm>
+#include <cstdio>
 #include <cstring>
 #include <utility>
 
@@ -293,15 +294,10 @@ Vexacm_internal_compiler::Vexacm_internal_compiler(
                      extensions_, binary_output_supported, prerotate_supported, library}),
           reported_core_name_, core_revision_) {}
 
-Vexacm_internal_compiler::Vexacm_internal_compiler(const Vexacm_internal_compiler& sibling,
+Vexacm_internal_compiler::Vexacm_internal_compiler(const std::shared_ptr<const Common>& common_,
                                                    std::string_view reported_core_name_,
                                                    std::string_view core_revision_)
-    : Vexacm_internal_compiler(sibling.common, reported_core_name_, core_revision_) {}
-
-Vexacm_internal_compiler::Vexacm_internal_compiler(std::shared_ptr<const Common> common_,
-                                                   std::string_view reported_core_name_,
-                                                   std::string_view core_revision_)
-    : common(std::move(common_)), core_name(translate(reported_core_name_)),
+    : common(common_), core_name(translate(reported_core_name_)),
       reported_core_name(reported_core_name_), core_revision(core_revision_),
       highest_api_version(capped(get_core_name(), common->api_name, common->highest_api_version)),
       extensions_known(!common->extensions.empty()) {}
@@ -506,10 +502,9 @@ const char* Vexacm_internal_compiler::get_extensions() {
 }
 
 std::string Vexacm_internal_compiler::probe_gles_extensions() {
-    std::string header = "#version " + std::to_string(highest_api_version);
-    if (highest_api_version != 100)
-        header += " es";
-    header += "\n#extension ";
+    char header[sizeof "#version 4294967295 es\n#extension "];
+    std::snprintf(header, sizeof header, "#version %u%s\n#extension ", highest_api_version,
+                  highest_api_version == 100 ? "" : " es");
 
     std::string found;
     for (std::string_view extension : default_openglessl_extensions) {

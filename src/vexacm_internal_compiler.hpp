@@ -31,7 +31,8 @@ public:
 
     /// Another compiler of the same plug-in and shading language.
     Vexacm_internal_compiler(const Vexacm_internal_compiler& sibling,
-                             std::string_view reported_core_name, std::string_view core_revision);
+                             std::string_view reported_core_name_, std::string_view core_revision_)
+        : Vexacm_internal_compiler(sibling.common, reported_core_name_, core_revision_) {}
 
     // The texts live as long as the record.
     const char* get_driver_name() const { return common->driver_name.c_str(); }
@@ -104,7 +105,7 @@ private:
         std::shared_ptr<Vexacm_vexaoc_library> library;
     };
 
-    Vexacm_internal_compiler(std::shared_ptr<const Common> common,
+    Vexacm_internal_compiler(const std::shared_ptr<const Common>& common,
                              std::string_view reported_core_name, std::string_view core_revision);
 
     bool check_request(const char* source, const char* shader_type, int num_kernel_names,

@@ -24,8 +24,8 @@ Vexacm_library_manager::Vexacm_library_manager(std::string directory)
     std::vector<std::string> paths;
     get_library_paths(library_directory, &paths);
 
-    for (const std::string& path : paths) {
-        const auto library = std::make_shared<Vexacm_vexaoc_library>(path);
+    for (std::string& path : paths) {
+        const auto library = std::make_shared<Vexacm_vexaoc_library>(std::move(path));
         if (!library->is_initialized())
             continue;
         // Deliberate: in front of its equals, so that plug-ins with equal names

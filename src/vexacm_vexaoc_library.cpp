@@ -2,6 +2,7 @@
 #include "vexacm_vexaoc_library.hpp"
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <stdexcept>
 #include <string_view>
@@ -198,19 +199,17 @@ bool Vexacm_vexaoc_library::has_supported_capabilities() const {
 // that were read, so that "abc" is reported twice and "1.2" once. Held by
 // LibraryLoad.AMalformedFlexibleVersionIsReportedTwiceWhenItsMajorIsMissing.
 bool Vexacm_vexaoc_library::is_supported_flexible_version(const char* text) const {
-    unsigned int major = 0;
-    unsigned int minor = 0;
-    unsigned int patch = 0;
+    std::uint32_t version[3] = {};
     bool supported = true;
-    if (std::sscanf(text, "%u.%u.%u", &major, &minor, &patch) != 3) {
+    if (read_version(text, version, std::strtoul) != 3) {
         report_line("Invalid or malformed flexible version specified for library ", library_path,
                     ".");
         report_line("Version specified: ", text);
         supported = false;
     }
-    if (major == 0 || major > 3) {
+    if (version[0] == 0 || version[0] > 3) {
         report_line("Library at ", library_path, " uses flexible version ",
-                    version_text(major, minor, patch), ".");
+                    version_text(version[0], version[1], version[2]), ".");
         report_line("This compiler manager supports flexible versions v1.x.x, v2.x.x and v3.x.x "
                     "only. Please upgrade to a later compiler manager version.");
         supported = false;
