@@ -31,6 +31,8 @@ TEST(CompilerOrder, HighestCoreFirstThenHighestRevision) {
         {{"Vexa-K999", "r0p0"}, {"Vexa-K9990", "r0p0"}, {"Vexa-999", "r0p0_00rel0"}},
         {{"k58x", "r9p9_99rel9"}, {"Vexa-K580", "r9p9_99dev9"}},
         {{"k58x", "r0p0_00rel0"}, {"Vexa-K580", "r0p0"}, {"Vexa-580", ""}},
+        {{"Vexa-K461", "r0p0_00rel0"}},
+        {{"k46x", "r9p9_999999"}},
         {{"k46x", "r2p0_00rel0"}},
         {{"k46x", "r1p9_99rel9"}},
         {{"k46x", "r1p1_06rel0"}},
@@ -43,6 +45,7 @@ TEST(CompilerOrder, HighestCoreFirstThenHighestRevision) {
         // One digit counts: revision 10 is revision 1 and no more.
         {{"k46x", "r1p0"}, {"k46x", "r10p9_99rel9"}, {"k46x", "r1"}},
         {{"k46x", "r0p1_00rel0"}},
+        {{"k46x", "r0p0_999999"}},
         {{"k46x", "r0p0_00rel1"}},
         {{"k46x", "r0p0_00rel0"}, {"k46x", "r0p0"}, {"k46x", ""}, {"k46x", "unknown"}},
         {{"k42x", "r9p9_99rel9"}},

@@ -162,6 +162,33 @@ TEST(CompilerRecord, NoExtensionsGivenThenFoundOutOnce) {
     EXPECT_EQ(stderr_of([&] { EXPECT_STREQ(compiler.get_extensions(), ""); }), "");
 }
 
+TEST(CompilerRecord, AnotherCoreOfThePluginThenTheRestIsTheSame) {
+    Compiler_arguments arguments;
+    arguments.extensions = "";
+    arguments.binary_output = true;
+    auto first = std::make_unique<Compiler>(arguments.make());
+    Compiler other(*first, "k42x", "r1p0_00rel0");
+    EXPECT_STREQ(other.get_core_name(), "Vexa-K420");
+    EXPECT_STREQ(other.get_core_revision(), "r1p0_00rel0");
+    EXPECT_EQ(other.get_highest_api_version(), 310U);
+    EXPECT_STREQ(first->get_core_name(), "Vexa-K460");
+    EXPECT_EQ(first->get_highest_api_version(), 320U);
+
+    // What one finds out is its own.
+    const auto found = [](Compiler* compiler) {
+        return stderr_of([&] { EXPECT_STREQ(compiler->get_extensions(), ""); });
+    };
+    EXPECT_NE(found(first.get()), "");
+    EXPECT_EQ(found(first.get()), "");
+    EXPECT_NE(found(&other), "");
+
+    first.reset();
+    EXPECT_STREQ(other.get_driver_name(), "Vexa-K300_r5p0-06rel0");
+    EXPECT_STREQ(other.get_api_name(), "openglessl");
+    EXPECT_TRUE(other.is_binary_output_supported());
+    EXPECT_FALSE(other.is_prerotate_supported());
+}
+
 TEST(CompilerRecord, CompileThenThePluginGetsTheNamesItReported) {
     Plugin_directory plugins;
     const Loaded_library loaded(

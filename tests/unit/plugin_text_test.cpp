@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "plugin_text.hpp"
 
+#include <algorithm>
 #include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <iterator>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -94,6 +98,42 @@ TEST(PluginText, NoNumberThenTheExceptionNamesTheConversion) {
         }
     EXPECT_EQ(VexaCM::to_int("2147483647"), 2147483647);
     EXPECT_EQ(VexaCM::to_int("-2147483648"), -2147483647 - 1);
+}
+
+TEST(PluginText, VersionThenAsTheStandardLibraryScansIt) {
+    const Grouping_locale grouping;
+    Random_texts random;
+    const Pieces pieces = {"0",
+                           "7",
+                           "12",
+                           ".",
+                           ".",
+                           ".",
+                           "1.2.3",
+                           "-",
+                           "+",
+                           " ",
+                           "\n",
+                           "x",
+                           ",",
+                           "4294967296",
+                           "9223372036854775808",
+                           "18446744073709551616"};
+    Differences differences;
+    const auto compare = [&](const std::string& text, const char* format, auto type, auto convert) {
+        decltype(type) scanned[3] = {1, 2, 3};
+        decltype(type) read[3] = {1, 2, 3};
+        const int count = std::sscanf(text.c_str(), format, &scanned[0], &scanned[1], &scanned[2]);
+        if (VexaCM::read_version(text.c_str(), read, convert) != std::max(count, 0) ||
+            !std::equal(std::begin(read), std::end(read), scanned))
+            differences.add("\"" + text + "\" " + format);
+    };
+    for (int i = 0; i < 200000 / COUNT_CUT; ++i) {
+        const std::string text = random.text(pieces, 7);
+        compare(text, "%u.%u.%u", std::uint32_t(), std::strtoul);
+        compare(text, "%d.%d.%d", std::int32_t(), std::strtol);
+    }
+    EXPECT_EQ(differences.found(), "");
 }
 
 TEST(PluginText, EarlierErrorIsSetThenTheNumberIsStillRead) {
