@@ -35,14 +35,14 @@ struct Api_capabilities {
     explicit Api_capabilities(const char* name_) : name(name_) {}
 
     void convert_versions() {
-        version_numbers.clear();
         for (const char* version : versions)
-            version_numbers.push_back(static_cast<std::uint32_t>(to_int(version)));
+            highest_version =
+                std::max(highest_version, static_cast<std::uint32_t>(to_int(version)));
     }
 
     const char* name;
     std::vector<const char*> versions;
-    std::vector<std::uint32_t> version_numbers;
+    std::uint32_t highest_version = 0;
     std::string extensions;                        // each with a blank behind it
     std::optional<Vexacm_internal_compiler> model; // for no core
 };
@@ -209,10 +209,11 @@ bool Vexacm_compiler_manager::add_library(const std::shared_ptr<Vexacm_vexaoc_li
         Api_capabilities& api = *reported.compiler_types[rows[i].type];
         const vexaoc_core& core = capabilities.cores[rows[i].core];
         if (!api.model)
-            api.model.emplace(
-                version.major, version.minor, version.patch, flexible[0], flexible[1], flexible[2],
-                library->get_driver_name(), "", "", api.name, api.version_numbers, api.extensions,
-                capabilities.binary_output_supported == 1, reported.prerotate, library);
+            api.model.emplace(version.major, version.minor, version.patch, flexible[0], flexible[1],
+                              flexible[2], library->get_driver_name(), "", "", api.name,
+                              std::vector{api.highest_version}, api.extensions,
+                              capabilities.binary_output_supported == 1, reported.prerotate,
+                              library);
         catalogue.emplace_back(*api.model, text_or_empty(core.core_name),
                                text_or_empty(core.core_revision));
     }

@@ -73,15 +73,16 @@ constexpr void read_core_name(std::string_view core_display_name, std::uint32_t*
     read_number(line(core_display_name, 3), core_number);
 }
 
-struct Core_name {
-    constexpr Core_name(std::string_view short_name_, const char* display_name_)
-        : short_name(short_name_), display_name(display_name_) {
-        read_core_name(display_name_, &number);
-    }
-
-    std::string_view short_name;
-    const char* display_name;
+constexpr std::uint32_t core_number(std::string_view core_display_name) {
     std::uint32_t number = 0;
+    read_core_name(core_display_name, &number);
+    return number;
+}
+
+struct Core_name {
+    char short_name[sizeof "k00x"];
+    const char* display_name;
+    std::uint32_t number = core_number(display_name);
 };
 
 // Vexa-K350, Vexa-K370 and Vexa-100 are not offered and have no row.
@@ -154,10 +155,10 @@ constexpr std::uint32_t GLES_32 = 320;
 // The row of a short name; null where there is none.
 const Core_name* find_core(std::string_view core_name) {
     // All short names have one length, so that a comparison is one instruction.
-    constexpr std::size_t size = vexa_core_name_translator[0].short_name.size();
+    constexpr std::size_t size = sizeof Core_name::short_name - 1;
     if (core_name.size() == size)
         for (const Core_name& core : vexa_core_name_translator)
-            if (std::memcmp(core.short_name.data(), core_name.data(), size) == 0)
+            if (std::memcmp(core.short_name, core_name.data(), size) == 0)
                 return &core;
     return nullptr;
 }
@@ -287,11 +288,11 @@ Vexacm_internal_compiler::Vexacm_internal_compiler(
     const std::string& extensions_, bool binary_output_supported, bool prerotate_supported,
     const std::shared_ptr<Vexacm_vexaoc_library>& library)
     : Vexacm_internal_compiler(
-          std::make_shared<const Common>(
-              Common{library_version_major, library_version_minor, library_version_patch,
-                     flexible_version_major, flexible_version_minor, flexible_version_patch,
-                     std::move(driver_name), std::string(api_name), highest(api_versions),
-                     extensions_, binary_output_supported, prerotate_supported, library}),
+          std::shared_ptr<const Common>(
+              new Common{library_version_major, library_version_minor, library_version_patch,
+                         flexible_version_major, flexible_version_minor, flexible_version_patch,
+                         std::move(driver_name), std::string(api_name), highest(api_versions),
+                         extensions_, binary_output_supported, prerotate_supported, library}),
           reported_core_name_, core_revision_) {}
 
 Vexacm_internal_compiler::Vexacm_internal_compiler(const std::shared_ptr<const Common>& common_,
@@ -318,15 +319,11 @@ bool Vexacm_internal_compiler::parse_core_revision(const std::string& core_revis
 
 Vexacm_internal_compiler::Order_key
 Vexacm_internal_compiler::order_key(std::string_view core_name, std::string_view core_revision) {
-    std::uint32_t core_number = 0;
+    const Core_name* const core = find_core(core_name);
     std::uint32_t revision[4] = {};
-    if (const Core_name* const core = find_core(core_name))
-        core_number = core->number;
-    else
-        read_core_name(core_name, &core_number);
     read_core_revision(core_revision, revision);
     // In one number, as they have three, one, one, six and one digits at most.
-    Order_key key = core_number;
+    Order_key key = core ? core->number : core_number(core_name);
     key = key * 10 + revision[0];
     key = key * 10 + revision[1];
     key = key * 1000000 + revision[2];
