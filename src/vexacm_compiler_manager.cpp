@@ -43,8 +43,9 @@ struct Api_capabilities {
     const char* name;
     std::vector<const char*> versions;
     std::uint32_t highest_version = 0;
-    std::string extensions;                        // each with a blank behind it
-    std::optional<Vexacm_internal_compiler> model; // for no core
+    std::string extensions; // each with a blank behind it
+    // A compiler for no core, made with the first: the others take after it.
+    std::optional<Vexacm_internal_compiler> model;
 };
 
 // A plug-in's capability list, by key. The texts stay the plug-in's.
@@ -54,10 +55,7 @@ struct Reported_capabilities {
                             [this](const char* key, const char* value) { read(key, value); });
     }
 
-    Reported_capabilities(const Reported_capabilities&) = delete;
-    Reported_capabilities& operator=(const Reported_capabilities&) = delete;
-
-    std::vector<Api_capabilities*> compiler_types; // as often as they were reported
+    std::vector<Api_capabilities*> compiler_types; // the two below, as often as reported
     Api_capabilities openglessl{"openglessl"};
     Api_capabilities opencl{"opencl"};
     const char* flexible_version = nullptr;

@@ -80,8 +80,8 @@ constexpr std::uint32_t core_number(std::string_view core_display_name) {
 }
 
 struct Core_name {
-    char short_name[sizeof "k00x"];
-    const char* display_name;
+    char short_name[sizeof "k00x"] = "";
+    const char* display_name = "";
     std::uint32_t number = core_number(display_name);
 };
 
