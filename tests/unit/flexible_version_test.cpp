@@ -44,6 +44,12 @@ TEST_F(FlexibleVersion, MajorFromOneToThreeThenItLoads) {
         expect_value(value, "");
 }
 
+TEST_F(FlexibleVersion, MajorOfMoreThan32BitsThenTheLowestCount) {
+    expect_value("4294967297.0.0", "");
+    expect_value("9223372036854775809.0.0", "");
+    expect_value("18446744073709551617.0.0", unsupported("4294967295.0.0"));
+}
+
 TEST_F(FlexibleVersion, OtherMajorThenRefused) {
     expect_value("0.0.0", unsupported("0.0.0"));
     expect_value("0.1.0", unsupported("0.1.0"));
