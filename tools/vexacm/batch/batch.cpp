@@ -6,6 +6,7 @@
 #include "../stage.hpp"
 #include "../streams.hpp"
 #include "guard.hpp"
+#include "identity.hpp"
 #include "interrupt.hpp"
 #include "reports/summary.hpp"
 #include "run.hpp"
@@ -68,9 +69,13 @@ Exit_status compile_all(Batch batch, const std::string& directory) {
         return Exit_status::interrupted;
     const vexacm::Library library = open_library(directory);
     const Choice choice = choose(batch, directory);
-    const Jobs jobs(std::move(batch.sources), choice.compilers, std::move(batch.defines));
-    if (jobs.count() == 0)
+    if (choice.compilers.empty())
         return choice.status;
+    const Identity identity(batch, choice.compilers, directory);
+    if (Interrupt::noted())
+        return Exit_status::interrupted;
+    const Jobs jobs(std::move(batch.sources), choice.compilers, std::move(batch.defines),
+                    {identity.run(), batch.give_up_after});
 
     std::optional<Output_names> outputs;
     if (batch.outputs)

@@ -6,8 +6,8 @@
 namespace vexacm_tool {
 
 Jobs::Jobs(std::vector<Source> sources, const std::vector<Compiler>& compilers,
-           std::vector<std::string> defines)
-    : sources_(std::move(sources)), defines_(std::move(defines)) {
+           std::vector<std::string> defines, Run_name run)
+    : sources_(std::move(sources)), defines_(std::move(defines)), run_(std::move(run)) {
     for (const Compiler& compiler : compilers)
         (compiler.api == std::string_view("opencl") ? kernel_compilers_ : shader_compilers_)
             .push_back(compiler);
@@ -41,17 +41,17 @@ std::vector<std::string> Jobs::defines(std::size_t job) const {
 Result Jobs::result(std::size_t job, Outcome outcome, std::string detail) const {
     const Source& from = source(job);
     const Compiler& with = compiler(job);
-    Result result;
-    result.job = job;
-    result.jobs = count();
-    result.source = from.file;
-    result.stage = from.stage;
-    result.defines = defines(job);
-    result.kernels = from.kernels;
-    result.compiler = {with.driver, with.core, with.revision, with.api, with.version};
-    result.outcome = outcome;
-    result.detail = std::move(detail);
-    return result;
+    return {{job,
+             count(),
+             run_,
+             std::nullopt,
+             from.file,
+             from.stage,
+             defines(job),
+             from.kernels,
+             {with.driver, with.core, with.revision, with.api, with.version}},
+            outcome,
+            std::move(detail)};
 }
 
 } // namespace vexacm_tool

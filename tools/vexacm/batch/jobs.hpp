@@ -17,7 +17,7 @@ class Jobs {
 public:
     /// `compilers` may be of both APIs, in the order of the catalogue.
     Jobs(std::vector<Source> sources, const std::vector<Compiler>& compilers,
-         std::vector<std::string> defines);
+         std::vector<std::string> defines, Run_name run = {});
 
     std::size_t count() const { return first_jobs_.back(); }
     const std::vector<Source>& sources() const { return sources_; }
@@ -39,6 +39,7 @@ private:
     std::vector<Compiler> shader_compilers_;
     std::vector<Compiler> kernel_compilers_;
     std::vector<std::string> defines_;
+    Run_name run_;
     std::vector<std::size_t> first_jobs_; ///< of each source, and the count of all
 };
 

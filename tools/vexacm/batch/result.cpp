@@ -3,9 +3,10 @@
 
 #include "../hexadecimal.hpp"
 
-#include <iterator>
+#include <limits>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
+#include <type_traits>
 
 namespace vexacm_tool {
 
@@ -42,6 +43,54 @@ std::string dump(const ordered_json& value) {
     return value.dump(-1, ' ', false, ordered_json::error_handler_t::replace);
 }
 
+/// The members of an object, all of which are to be read.
+class Members {
+public:
+    explicit Members(const ordered_json& object) : object_(object) {}
+
+    bool have(const char* key) const { return object_.contains(key); }
+    const ordered_json& operator[](const char* key) {
+        ++read_;
+        return object_.at(key);
+    }
+    void end() const {
+        if (read_ != object_.size())
+            throw std::runtime_error("unknown key");
+    }
+
+private:
+    const ordered_json& object_;
+    std::size_t read_ = 0;
+};
+
+// Of the parser's own conversions, those of numbers take whatever is a number.
+template <class Number>
+std::enable_if_t<std::is_unsigned_v<Number>> read(const ordered_json& value, Number& number) {
+    if (!value.is_number_unsigned() ||
+        value.get<std::uint64_t>() > std::numeric_limits<Number>::max())
+        throw std::runtime_error("no such number");
+    value.get_to(number);
+}
+
+template <class Texts>
+std::enable_if_t<!std::is_unsigned_v<Texts>> read(const ordered_json& value, Texts& texts) {
+    value.get_to(texts);
+}
+
+void read(const ordered_json& value, Outcome& outcome) {
+    const auto found = outcome_named(value.get_ref<const std::string&>());
+    if (!found)
+        throw std::runtime_error("unknown outcome");
+    outcome = *found;
+}
+
+void read_bytes(const ordered_json& value, std::string& bytes) {
+    const auto& digits = value.get_ref<const std::string&>();
+    bytes = bytes_of_hexadecimal(digits);
+    if (hexadecimal(bytes) != digits)
+        throw std::runtime_error("no bytes");
+}
+
 bool is_utf8(const std::string& text) {
     return ordered_json::parse(dump(text)) == text;
 }
@@ -64,7 +113,11 @@ Exit_status exit_status(Outcome outcome) {
 }
 
 std::string to_line(const Result& result) {
-    ordered_json line{{"job", result.job}, {"jobs", result.jobs}, {"source", result.source}};
+    ordered_json line{{"job", result.job}, {"jobs", result.jobs}};
+    line["run"] = {{"digest", result.run.digest}, {"give_up_after", result.run.give_up_after}};
+    if (result.shard)
+        line["shard"] = {{"number", result.shard->number}, {"of", result.shard->of}};
+    line["source"] = result.source;
     if (!is_utf8(result.source))
         line["source_bytes"] = hexadecimal(result.source);
     line["stage"] = result.stage;
@@ -88,34 +141,44 @@ std::string to_line(const Result& result) {
 }
 
 Result result_of_line(std::string_view text) {
-    const ordered_json line = ordered_json::parse(text);
-    const auto outcome = outcome_named(line.at("outcome").get<std::string>());
-    if (!outcome)
-        throw std::runtime_error("unknown outcome");
+    const ordered_json json = ordered_json::parse(text);
+    Members line(json);
     Result result;
-    line.at("job").get_to(result.job);
-    line.at("jobs").get_to(result.jobs);
-    line.at("source").get_to(result.source);
-    if (line.contains("source_bytes"))
-        result.source = bytes_of_hexadecimal(line["source_bytes"].get<std::string>());
-    line.at("stage").get_to(result.stage);
-    line.at("defines").get_to(result.defines);
-    line.at("kernels").get_to(result.kernels);
-    const ordered_json& compiler = line.at("compiler");
-    compiler.at("driver").get_to(result.compiler.driver);
-    compiler.at("core").get_to(result.compiler.core);
-    compiler.at("revision").get_to(result.compiler.revision);
-    compiler.at("api").get_to(result.compiler.api);
-    compiler.at("version").get_to(result.compiler.version);
-    result.outcome = *outcome;
-    line.at("detail").get_to(result.detail);
-    line.at("errors").get_to(result.errors);
-    line.at("warnings").get_to(result.warnings);
-    line.at("tables").get_to(result.tables);
-    line.at("binary_size").get_to(result.binary_size);
-    if (line.contains("output"))
-        result.output = line["output"].get<std::string>();
-    line.at("printed").get_to(result.printed);
+    read(line["job"], result.job);
+    read(line["jobs"], result.jobs);
+    Members run(line["run"]);
+    read(run["digest"], result.run.digest);
+    read(run["give_up_after"], result.run.give_up_after);
+    run.end();
+    if (line.have("shard")) {
+        Members shard(line["shard"]);
+        read(shard["number"], result.shard.emplace().number);
+        read(shard["of"], result.shard->of);
+        shard.end();
+    }
+    read(line["source"], result.source);
+    if (line.have("source_bytes"))
+        read_bytes(line["source_bytes"], result.source);
+    read(line["stage"], result.stage);
+    read(line["defines"], result.defines);
+    read(line["kernels"], result.kernels);
+    Members compiler(line["compiler"]);
+    read(compiler["driver"], result.compiler.driver);
+    read(compiler["core"], result.compiler.core);
+    read(compiler["revision"], result.compiler.revision);
+    read(compiler["api"], result.compiler.api);
+    read(compiler["version"], result.compiler.version);
+    compiler.end();
+    read(line["outcome"], result.outcome);
+    read(line["detail"], result.detail);
+    read(line["errors"], result.errors);
+    read(line["warnings"], result.warnings);
+    read(line["tables"], result.tables);
+    read(line["binary_size"], result.binary_size);
+    if (line.have("output"))
+        read(line["output"], result.output.emplace());
+    read(line["printed"], result.printed);
+    line.end();
     return result;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "../failure.hpp"
+#include "shard.hpp"
 
 #include <cstddef>
 #include <cstdint>
@@ -9,6 +10,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace vexacm_tool {
@@ -43,15 +45,32 @@ struct Compiler_name {
     unsigned int version = 0;
 };
 
-/// All that is known of a job, the members in the order of the keys of its line.
-struct Result {
+/// What all results of a run have in common. Those of equal ones fit together.
+struct Run_name {
+    std::string digest; ///< see Identity
+    unsigned int give_up_after = 0;
+};
+
+/// What there is to tell of a job before it is run. Here and in Result, the
+/// members are in the order of the keys of a line.
+struct Job_head {
     std::size_t job = 0;  ///< its number in job order
     std::size_t jobs = 0; ///< how many there are in all
-    std::string source;   ///< the file as the user named it, any bytes
+    Run_name run;
+    std::optional<Shard> shard; ///< which this was, when it was no whole run
+    std::string source;         ///< the file as the user named it, any bytes
     std::string stage;
     std::vector<std::string> defines;
     std::vector<std::string> kernels;
     Compiler_name compiler;
+};
+
+/// All that is known of a job.
+struct Result : Job_head {
+    Result() = default;
+    Result(Job_head head, Outcome job_outcome, std::string job_detail = {})
+        : Job_head(std::move(head)), outcome(job_outcome), detail(std::move(job_detail)) {}
+
     Outcome outcome = Outcome::not_run;
     std::string detail; ///< what there is to add to the outcome
     std::vector<std::string> errors;
@@ -66,7 +85,8 @@ struct Result {
 /// replaced; a source's name is then told in hexadecimal too.
 std::string to_line(const Result& result);
 
-/// Reads such a line; without the newline too. Throws std::exception.
+/// Reads such a line; without the newline too. Throws std::exception for whatever
+/// to_line() does not write.
 Result result_of_line(std::string_view line);
 
 /// The results of a run.

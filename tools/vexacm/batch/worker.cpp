@@ -3,55 +3,19 @@
 
 #include "memory.hpp"
 #include "messages.hpp"
+#include "source_file.hpp"
 
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
-#include <fcntl.h>
 #include <iostream>
 #include <set>
-#include <sys/stat.h>
+#include <unistd.h>
 
 namespace vexacm_tool {
 
 namespace {
 
 using Texts = std::vector<std::string>;
-
-struct Unreadable : std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
-
-// Only regular files: reading a pipe may wait for ever, and takes what is read
-// away from the next reader.
-std::string read_regular_file(const std::string& file) {
-    const auto fail = [](int error) { throw Unreadable(std::strerror(error)); };
-    const Descriptor in{::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)};
-    struct stat status {};
-    if (in.get() < 0 || ::fstat(in.get(), &status) != 0)
-        fail(errno);
-    if (S_ISDIR(status.st_mode))
-        fail(EISDIR);
-    if (!S_ISREG(status.st_mode))
-        throw Unreadable("no regular file");
-    std::string text(static_cast<std::size_t>(status.st_size), '\0');
-    std::size_t size = 0;
-    for (;;) {
-        if (size == text.size())
-            text.resize(size + 4096);
-        const ssize_t count = ::read(in.get(), text.data() + size, text.size() - size);
-        if (count < 0)
-            fail(errno);
-        if (count == 0)
-            break;
-        size += static_cast<std::size_t>(count);
-    }
-    text.resize(size);
-    // The library takes NUL-terminated text: the rest would be left out unnoticed.
-    if (text.find('\0') != std::string::npos)
-        throw Unreadable("it has NUL bytes");
-    return text;
-}
 
 Texts texts(char** strings, std::uint32_t count) {
     Texts found;
@@ -190,7 +154,7 @@ private:
         const std::size_t number = work_.jobs.source_number(job);
         if (number != source_number_) {
             source_number_ = static_cast<std::size_t>(-1);
-            source_ = read_regular_file(work_.jobs.sources()[number].file);
+            source_ = read_source_file(work_.jobs.sources()[number].file);
             source_number_ = number;
         }
         return source_;
