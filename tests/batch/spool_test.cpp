@@ -8,7 +8,7 @@ namespace {
 using namespace vexacm_tool;
 
 TEST(SpoolTest, LinesThenTheyComeBackWhereverTheyAreKept) {
-    Spool spool(3);
+    Spool spool;
     const std::string large(200000, 'a');
     spool.put(2, "small\n");
     spool.put(0, large);
@@ -21,7 +21,7 @@ TEST(SpoolTest, LinesThenTheyComeBackWhereverTheyAreKept) {
 }
 
 TEST(SpoolTest, ResultsThenInJobOrderWithoutThoseThatAreMissing) {
-    Spool spool(4);
+    Spool spool;
     Result result;
     result.jobs = 4;
     for (const std::size_t job : {3U, 0U, 2U}) {

@@ -32,7 +32,7 @@ TOOL_CALLS = [
 # std::string error = "..."; error.append(...).append(...);
 APPENDED = re.compile(r"std::string error = (\".*?\");\s*error((?:\.append\(.*?\))+);")
 # Functions whose result is a reason.
-REASONS = r"std::string (?:why_none|why_none_for|last_straw)\(.*?^}"
+REASONS = r"std::string (?:why_none|why_none_for|last_straw|two_results)\(.*?^}"
 
 
 def literals(text):

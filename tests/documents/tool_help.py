@@ -3,7 +3,7 @@
 import re
 import subprocess
 
-COMMANDS = ["list", "info", "compile", "batch"]
+COMMANDS = ["list", "info", "compile", "batch", "merge"]
 
 
 def help_text(tool, *command):
@@ -21,6 +21,10 @@ def options(tool, *command):
     if command in (("batch",), ("compile",)):
         filters = options(tool, "list")
         found.update((names, filters[names]) for names in filters if names != ("--json",))
+    if command == ("batch",):
+        of_compile = options(tool, "compile")
+        found.update((names, of_compile[names])
+                     for names in [("-D",), ("--kernel",), ("--prerotate",)])
     return found
 
 

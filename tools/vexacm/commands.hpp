@@ -21,5 +21,6 @@ Command add_list(CLI::App& tool);
 Command add_info(CLI::App& tool);
 Command add_compile(CLI::App& tool);
 Command add_batch(CLI::App& tool);
+Command add_merge(CLI::App& tool);
 
 } // namespace vexacm_tool

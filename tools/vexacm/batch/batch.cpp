@@ -9,6 +9,7 @@
 #include "identity.hpp"
 #include "interrupt.hpp"
 #include "reports/summary.hpp"
+#include "resume.hpp"
 #include "run.hpp"
 
 #include <algorithm>
@@ -75,7 +76,7 @@ Exit_status compile_all(Batch batch, const std::string& directory) {
     if (Interrupt::noted())
         return Exit_status::interrupted;
     const Jobs jobs(std::move(batch.sources), choice.compilers, std::move(batch.defines),
-                    {identity.run(), batch.give_up_after});
+                    {identity.run(), batch.give_up_after}, batch.shard);
 
     std::optional<Output_names> outputs;
     if (batch.outputs)
@@ -84,8 +85,11 @@ Exit_status compile_all(Batch batch, const std::string& directory) {
     Results results(jobs, !batch.json     ? Print::nothing
                           : batch.ordered ? Print::in_job_order
                                           : Print::as_they_end);
-    Progress progress(has_room_for_progress(batch.json), jobs.count());
-    run_jobs({jobs, outputs ? &*outputs : nullptr, batch.prerotate, batch.memory_limit},
+    const Work work{jobs, outputs ? &*outputs : nullptr, batch.prerotate, batch.memory_limit};
+    if (batch.resume)
+        take_done_jobs(*batch.resume, jobs, work.outputs, results);
+    Progress progress(has_room_for_progress(batch.json), jobs.shard().count(jobs.count()));
+    run_jobs(work,
              {batch.workers, timeout, batch.give_up_after}, results, progress);
     const Exit_status reported = write_reports(batch.reports, results.spool());
     if (!batch.json)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "report_files.hpp"
+#include "shard.hpp"
 #include "sources.hpp"
 
 #include <optional>
@@ -29,6 +30,8 @@ struct Batch {
     bool ordered = false;
     Report_files reports;
     std::optional<std::string> outputs; ///< directory for the binaries
+    std::optional<Shard> shard;         ///< or all
+    std::optional<std::string> resume;  ///< file of what is done already
 };
 
 /// Compiles every source with every compiler for it, in worker processes.

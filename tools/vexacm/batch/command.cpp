@@ -14,6 +14,7 @@ struct Batch_options {
     std::vector<std::string> files;
     std::optional<std::string> manifest;
     std::vector<std::string> kernels;
+    std::optional<std::string> shard;
 };
 
 void check(const Batch& batch) {
@@ -31,6 +32,8 @@ void check(const Batch& batch) {
 Exit_status batch(const Batch_options& options, const std::optional<std::string>& plugins) {
     Batch batch = options.batch;
     check(batch);
+    if (options.shard)
+        batch.shard = shard_of(*options.shard);
     batch.sources = named_sources(options.files, options.manifest, options.kernels);
     return run_batch(std::move(batch), plugins);
 }
@@ -43,16 +46,20 @@ Command add_batch(CLI::App& tool) {
     CLI::App* const command =
         tool.add_subcommand("batch", "Compile many sources with all compilers that pass");
     command
-        ->add_option("FILE", options->files, "Sources; @LIST for listed ones; filters as of list")
+        ->add_option("FILE", options->files,
+                     "Sources, @LIST; filters, -D, ... as of compile")
         ->type_name("");
     add_hidden_filters(*command, settings.filters);
-    command->add_option("-D", settings.defines, "Definition for the preprocessor; repeatable")
+    // As of compile too, and a screen has 24 lines.
+    CLI::App* const hidden = command->add_option_group("hidden");
+    hidden->group("");
+    hidden->add_option("-D", settings.defines, "Definition for the preprocessor; repeatable")
         ->type_name("NAME[=VALUE]")
         ->allow_extra_args(false);
-    command->add_option("--kernel", options->kernels, "Kernel to build; repeatable")
+    hidden->add_option("--kernel", options->kernels, "Kernel to build; repeatable")
         ->type_name("NAME")
         ->allow_extra_args(false);
-    command->add_flag("--prerotate", settings.prerotate, "Pre-rotate the shaders' output");
+    hidden->add_flag("--prerotate", settings.prerotate, "Pre-rotate the shaders' output");
     add_text(*command, "--manifest", options->manifest, "Sources with their own options, in JSON")
         ->type_name("JSON");
     add_number(*command, "-j", settings.workers, "Workers; without it, one for each processor");
@@ -68,6 +75,10 @@ Command add_batch(CLI::App& tool) {
     add_report_files(*command, settings.reports);
     add_text(*command, "--outputs", settings.outputs, "Directory for the binaries")
         ->type_name("DIR");
+    add_text(*command, "--shard", options->shard, "Run only the I-th of N parts of the jobs")
+        ->type_name("I/N");
+    add_text(*command, "--resume", settings.resume, "Lines of --json; run what they lack")
+        ->type_name("FILE");
     return {command, [options](const auto& plugins) { return batch(*options, plugins); }};
 }
 

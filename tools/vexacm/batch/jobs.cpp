@@ -6,8 +6,8 @@
 namespace vexacm_tool {
 
 Jobs::Jobs(std::vector<Source> sources, const std::vector<Compiler>& compilers,
-           std::vector<std::string> defines, Run_name run)
-    : sources_(std::move(sources)), defines_(std::move(defines)), run_(std::move(run)) {
+           std::vector<std::string> defines, Run_name run, std::optional<Shard> shard)
+    : sources_(std::move(sources)), defines_(std::move(defines)), run_(std::move(run)), shard_(shard) {
     for (const Compiler& compiler : compilers)
         (compiler.api == std::string_view("opencl") ? kernel_compilers_ : shader_compilers_)
             .push_back(compiler);
@@ -38,20 +38,18 @@ std::vector<std::string> Jobs::defines(std::size_t job) const {
     return all;
 }
 
-Result Jobs::result(std::size_t job, Outcome outcome, std::string detail) const {
+Job_head Jobs::head(std::size_t job) const {
     const Source& from = source(job);
     const Compiler& with = compiler(job);
-    return {{job,
-             count(),
-             run_,
-             std::nullopt,
-             from.file,
-             from.stage,
-             defines(job),
-             from.kernels,
-             {with.driver, with.core, with.revision, with.api, with.version}},
-            outcome,
-            std::move(detail)};
+    return {job,
+            count(),
+            run_,
+            shard_,
+            from.file,
+            from.stage,
+            defines(job),
+            from.kernels,
+            {with.driver, with.core, with.revision, with.api, with.version}};
 }
 
 } // namespace vexacm_tool

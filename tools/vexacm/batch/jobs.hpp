@@ -17,9 +17,17 @@ class Jobs {
 public:
     /// `compilers` may be of both APIs, in the order of the catalogue.
     Jobs(std::vector<Source> sources, const std::vector<Compiler>& compilers,
-         std::vector<std::string> defines, Run_name run = {});
+         std::vector<std::string> defines, Run_name run = {},
+         std::optional<Shard> shard = {});
 
     std::size_t count() const { return first_jobs_.back(); }
+    const Run_name& run() const { return run_; }
+
+    /// Those that are this process's to run: the first, and the one after each.
+    Shard shard() const { return shard_.value_or(Shard{}); }
+    std::size_t first() const { return shard().first(); }
+    std::size_t next(std::size_t job) const { return job + shard().of; }
+
     const std::vector<Source>& sources() const { return sources_; }
 
     std::size_t source_number(std::size_t job) const;
@@ -29,8 +37,7 @@ public:
     /// The definitions for all sources, then the source's own.
     std::vector<std::string> defines(std::size_t job) const;
 
-    /// A result in which all but what came of the job is filled in.
-    Result result(std::size_t job, Outcome outcome, std::string detail = {}) const;
+    Job_head head(std::size_t job) const;
 
 private:
     const std::vector<Compiler>& compilers_for(const Source& source) const;
@@ -40,6 +47,7 @@ private:
     std::vector<Compiler> kernel_compilers_;
     std::vector<std::string> defines_;
     Run_name run_;
+    std::optional<Shard> shard_;
     std::vector<std::size_t> first_jobs_; ///< of each source, and the count of all
 };
 

@@ -112,6 +112,26 @@ Exit_status exit_status(Outcome outcome) {
     return row(outcome).status;
 }
 
+bool costs_a_worker(Outcome outcome) {
+    return outcome == Outcome::crashed || outcome == Outcome::exited ||
+           outcome == Outcome::timed_out || outcome == Outcome::out_of_memory;
+}
+
+bool stands(Outcome outcome) {
+    return outcome != Outcome::not_run && outcome != Outcome::given_up;
+}
+
+Result given_up(Job_head head) {
+    const unsigned int count = head.run.give_up_after;
+    return {std::move(head), Outcome::given_up,
+            "its compiler had cost " + std::to_string(count) + (count == 1 ? " worker" : " workers")};
+}
+
+std::string two_results(std::size_t job, const std::string& file, const std::string& other) {
+    return "two results for job " + std::to_string(job) + ", in '" + file + "' and '" + other +
+           "'";
+}
+
 std::string to_line(const Result& result) {
     ordered_json line{{"job", result.job}, {"jobs", result.jobs}};
     line["run"] = {{"digest", result.run.digest}, {"give_up_after", result.run.give_up_after}};

@@ -37,6 +37,12 @@ std::optional<Outcome> outcome_named(std::string_view name);
 /// What a run that has such a job tells its caller.
 Exit_status exit_status(Outcome outcome);
 
+/// Whether it cost the worker that the job ran in.
+bool costs_a_worker(Outcome outcome);
+
+/// Whether the job is done, and not to be found out in another attempt.
+bool stands(Outcome outcome);
+
 struct Compiler_name {
     std::string driver;
     std::string core;
@@ -49,6 +55,10 @@ struct Compiler_name {
 struct Run_name {
     std::string digest; ///< see Identity
     unsigned int give_up_after = 0;
+
+    bool operator!=(const Run_name& other) const {
+        return digest != other.digest || give_up_after != other.give_up_after;
+    }
 };
 
 /// What there is to tell of a job before it is run. Here and in Result, the
@@ -80,6 +90,12 @@ struct Result : Job_head {
     std::optional<std::string> output; ///< the file of the binary, when one was written
     std::string printed;               ///< what the plug-in wrote to its standard streams
 };
+
+/// That a job was not run as its compiler was given up.
+Result given_up(Job_head head);
+
+/// What is wrong when files have two for one job.
+std::string two_results(std::size_t job, const std::string& file, const std::string& other);
 
 /// The result as one JSON object and a newline. Bytes that are no UTF-8 are
 /// replaced; a source's name is then told in hexadecimal too.

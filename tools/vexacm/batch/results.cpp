@@ -8,8 +8,8 @@
 namespace vexacm_tool {
 
 Results::Results(const Jobs& jobs, Print print)
-    : spool_(jobs.count()), print_(print), outcomes_(jobs.count(), Outcome::not_run),
-      is_settled_(jobs.count()) {}
+    : jobs_(jobs), print_(print), outcomes_(jobs.count(), Outcome::not_run),
+      is_settled_(jobs.count()), first_unprinted_(jobs.first()) {}
 
 void Results::put(std::size_t job, Outcome outcome, std::string_view line) {
     spool_.put(job, line);
@@ -25,7 +25,7 @@ void Results::settle(std::size_t job) {
     if (print_ != Print::in_job_order)
         return;
     for (; first_unprinted_ < is_settled_.size() && is_settled_[first_unprinted_];
-         ++first_unprinted_)
+         first_unprinted_ = jobs_.next(first_unprinted_))
         write_standard_output(spool_.line(first_unprinted_));
 }
 

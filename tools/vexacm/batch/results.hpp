@@ -32,11 +32,12 @@ public:
     const Spool& spool() const { return spool_; }
 
 private:
+    const Jobs& jobs_;
     Spool spool_;
     Print print_;
     std::vector<Outcome> outcomes_;
     std::vector<bool> is_settled_;
-    std::size_t first_unprinted_ = 0; ///< in job order
+    std::size_t first_unprinted_; ///< in job order
     std::size_t failed_count_ = 0;
     Exit_status exit_status_ = Exit_status::done;
 };

@@ -18,15 +18,13 @@ class Run : private Worker_events {
 public:
     Run(const Work& work, const Run_limits& limits, Results& results)
         : jobs_(work.jobs), outputs_(work.outputs), results_(results),
-          given_up_("its compiler had cost " + std::to_string(limits.give_up_after) +
-                    (limits.give_up_after == 1 ? " worker" : " workers")),
           schedule_(work.jobs, limits.give_up_after,
                     [this](std::size_t job, bool given_up) { settle(job, given_up); }),
           workers_(work, limits.workers, limits.timeout, *this) {}
 
     void run(Progress& progress) {
         while (!Interrupt::noted()) {
-            workers_.give([this] { return schedule_.next(); });
+            workers_.give([this] { return next(); });
             if (schedule_.is_done())
                 return;
             progress.show(schedule_.settled_count(), results_.failed_count());
@@ -38,9 +36,10 @@ public:
     void stop() {
         workers_.stop();
         schedule_.stop();
-        for (std::size_t job = 0; job < jobs_.count(); ++job)
+        for (std::size_t job = jobs_.first(); job < jobs_.count(); job = jobs_.next(job))
             if (!results_.is_settled(job)) {
-                results_.put(jobs_.result(job, Outcome::not_run));
+                if (results_.outcome(job) == Outcome::not_run)
+                    results_.put({jobs_.head(job), Outcome::not_run});
                 results_.settle(job);
             }
     }
@@ -52,6 +51,16 @@ public:
     }
 
 private:
+    // One that an earlier attempt has done has ended when its turn comes.
+    std::optional<std::size_t> next() {
+        for (;;) {
+            const std::optional<std::size_t> job = schedule_.next();
+            if (!job || results_.outcome(*job) == Outcome::not_run)
+                return job;
+            schedule_.finish(*job, costs_a_worker(results_.outcome(*job)));
+        }
+    }
+
     void on_result(std::size_t job, Outcome outcome, std::string_view line) override {
         results_.put(job, outcome, line);
         schedule_.finish(job, costs_a_worker(outcome));
@@ -60,7 +69,7 @@ private:
     void on_loss(std::size_t job, Outcome outcome, const std::string& detail,
                  std::string printed) override {
         remove_unfinished(job);
-        Result result = jobs_.result(job, outcome, detail);
+        Result result(jobs_.head(job), outcome, detail);
         result.printed = std::move(printed);
         results_.put(result);
         schedule_.finish(job, true);
@@ -75,11 +84,6 @@ private:
         probes_.emplace(compiler, printed);
     }
 
-    // Those that are told by a worker, which then ends.
-    static bool costs_a_worker(Outcome outcome) {
-        return outcome == Outcome::out_of_memory || outcome == Outcome::crashed;
-    }
-
     // A worker that is killed leaves behind what it was writing.
     void remove_unfinished(std::size_t job) const {
         if (outputs_ != nullptr)
@@ -90,14 +94,13 @@ private:
         if (given_up && outputs_ != nullptr && results_.outcome(job) == Outcome::compiled)
             ::unlink(outputs_->file(job).c_str());
         if (given_up)
-            results_.put(jobs_.result(job, Outcome::given_up, given_up_));
+            results_.put(vexacm_tool::given_up(jobs_.head(job)));
         results_.settle(job);
     }
 
     const Jobs& jobs_;
     const Output_names* outputs_;
     Results& results_;
-    std::string given_up_;
     std::map<unsigned int, std::string> probes_;
     Schedule schedule_;
     Workers workers_;

@@ -6,7 +6,8 @@
 namespace vexacm_tool {
 
 Schedule::Schedule(const Jobs& jobs, std::size_t give_up_after, Settled settled)
-    : jobs_(jobs), losses_(give_up_after), settled_(std::move(settled)) {}
+    : jobs_(jobs), losses_(give_up_after), settled_(std::move(settled)),
+      first_untouched_(jobs.first()) {}
 
 std::optional<std::size_t> Schedule::next() {
     for (;;) {
@@ -15,7 +16,7 @@ std::optional<std::size_t> Schedule::next() {
             job = *given_back_.begin();
             given_back_.erase(given_back_.begin());
         } else if (first_untouched_ < jobs_.count()) {
-            ++first_untouched_;
+            first_untouched_ = jobs_.next(first_untouched_);
         } else {
             return std::nullopt;
         }

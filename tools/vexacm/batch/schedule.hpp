@@ -35,7 +35,7 @@ public:
     /// There will be no other: settles the jobs that have ended.
     void stop();
 
-    bool is_done() const { return settled_count_ == jobs_.count(); }
+    bool is_done() const { return settled_count_ == jobs_.shard().count(jobs_.count()); }
     std::size_t settled_count() const { return settled_count_; }
 
 private:
@@ -49,7 +49,7 @@ private:
     const Jobs& jobs_;
     Losses losses_;
     Settled settled_;
-    std::size_t first_untouched_ = 0;
+    std::size_t first_untouched_;
     std::size_t settled_count_ = 0;
     std::set<std::size_t> given_back_;
     std::set<Job> unfinished_; ///< given out or given back

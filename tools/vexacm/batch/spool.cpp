@@ -36,7 +36,7 @@ Descriptor unnamed_file() {
 
 } // namespace
 
-Spool::Spool(std::size_t jobs) : file_(unnamed_file()), places_(jobs) {}
+Spool::Spool() : file_(unnamed_file()) {}
 
 void Spool::put(std::size_t job, std::string_view line) {
     places_[job] = {written_ + unwritten_.size(), line.size()};
@@ -62,7 +62,7 @@ void Spool::flush() {
 }
 
 std::string Spool::line(std::size_t job) const {
-    const Place place = places_[job];
+    const Place place = places_.at(job);
     if (place.start >= written_)
         return unwritten_.substr(place.start - written_, place.size);
     std::string text(place.size, '\0');
@@ -77,9 +77,14 @@ std::string Spool::line(std::size_t job) const {
 }
 
 void Spool::for_each(const std::function<void(const Result&)>& visit) const {
-    for (std::size_t job = 0; job < places_.size(); ++job)
-        if (places_[job].size > 0)
-            visit(result_of_line(line(job)));
+    for_each_line([&](const std::string& line) { visit(result_of_line(line)); });
+}
+
+void Spool::for_each_line(const std::function<void(const std::string&)>& visit) const {
+    places_.for_each([&](std::size_t job, const Place& place) {
+        if (place.size > 0)
+            visit(line(job));
+    });
 }
 
 } // namespace vexacm_tool

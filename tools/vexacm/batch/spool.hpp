@@ -3,11 +3,11 @@
 
 #include "descriptor.hpp"
 #include "result.hpp"
+#include "sparse_array.hpp"
 
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace vexacm_tool {
 
@@ -15,7 +15,7 @@ namespace vexacm_tool {
 /// kept in memory. Throws Failure when the disk is full.
 class Spool : public Result_source {
 public:
-    explicit Spool(std::size_t jobs);
+    Spool();
 
     /// Keeps the line of a job's result; the last one counts.
     void put(std::size_t job, std::string_view line);
@@ -23,6 +23,7 @@ public:
 
     /// Visits the results of the jobs that have one.
     void for_each(const std::function<void(const Result&)>& visit) const override;
+    void for_each_line(const std::function<void(const std::string&)>& visit) const;
 
 private:
     struct Place {
@@ -33,7 +34,7 @@ private:
     void flush();
 
     Descriptor file_;
-    std::vector<Place> places_;
+    Sparse_array<Place> places_;
     std::uint64_t written_ = 0; ///< size of the file
     std::string unwritten_;     ///< what comes behind it
 };

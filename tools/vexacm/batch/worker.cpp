@@ -73,10 +73,10 @@ private:
     // Whether this process can go on.
     bool run(std::size_t job) {
         forget_failed_allocations();
-        Result result = work_.jobs.result(job, Outcome::compiled);
+        Result result(work_.jobs.head(job), Outcome::compiled);
         bool is_last = false;
         const auto fail = [&](Outcome outcome, const std::string& detail) {
-            result = work_.jobs.result(job, outcome, detail);
+            result = {work_.jobs.head(job), outcome, detail};
             is_last = outcome != Outcome::unreadable;
         };
         try {

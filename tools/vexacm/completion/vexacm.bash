@@ -17,7 +17,7 @@ _vexacm() {
     for ((i = 1; i < COMP_CWORD; i++)); do
         case ${COMP_WORDS[i]} in
         --plugins) ((i++)) ;;
-        list | info | compile | batch)
+        list | info | compile | batch | merge)
             command=${COMP_WORDS[i]}
             break
             ;;
@@ -31,7 +31,7 @@ _vexacm() {
         mapfile -t COMPREPLY < <(compgen -d -- "$current")
         return
         ;;
-    -o | --depfile | --manifest | --sarif | --junit | --html)
+    -o | --depfile | --manifest | --sarif | --junit | --html | --resume)
         compopt -o filenames 2>/dev/null
         mapfile -t COMPREPLY < <(compgen -f -- "$current")
         return
@@ -44,11 +44,11 @@ _vexacm() {
     --stage)
         words="vertex fragment compute geometry tessellation_control tessellation_evaluation kernel"
         ;;
-    --min-version | --kernel | -D | -j | --timeout | --memory-limit | --give-up-after) return ;;
+    --min-version | --kernel | -D | -j | --timeout | --memory-limit | --give-up-after | --shard) return ;;
     *)
         case $command:$current in
         :-*) words="-h --help --version --plugins" ;;
-        :*) words="list info compile batch" ;;
+        :*) words="list info compile batch merge" ;;
         list:-*) words="-h --help --plugins --json $filters" ;;
         info:-*) words="-h --help --plugins --json" ;;
         info:*) words=$(_vexacm_column 1) ;;
@@ -59,8 +59,10 @@ _vexacm() {
         batch:-*)
             words="-h --help --plugins $filters -D --kernel --prerotate --manifest -j --timeout"
             words+=" --memory-limit --give-up-after --json --ordered --sarif --junit --html --outputs"
+            words+=" --shard --resume"
             ;;
-        compile:* | batch:*)
+        merge:-*) words="-h --help --plugins --json --sarif --junit --html" ;;
+        compile:* | batch:* | merge:*)
             compopt -o filenames 2>/dev/null
             mapfile -t COMPREPLY < <(compgen -f -- "$current")
             return

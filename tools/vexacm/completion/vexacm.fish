@@ -11,12 +11,13 @@ function __vexacm_column
     vexacm list $plugins 2>/dev/null | awk -v column=$argv[1] 'NR > 1 { print $column }'
 end
 
-set -l commands list info compile batch
+set -l commands list info compile batch merge
 set -l none "not __fish_seen_subcommand_from $commands"
 set -l filtered "__fish_seen_subcommand_from list compile batch"
 set -l compiles "__fish_seen_subcommand_from compile batch"
 set -l compile "__fish_seen_subcommand_from compile"
 set -l batch "__fish_seen_subcommand_from batch"
+set -l reports "__fish_seen_subcommand_from batch merge"
 
 complete -c vexacm -f
 complete -c vexacm -s h -l help -d "Print a help message"
@@ -26,6 +27,7 @@ complete -c vexacm -n $none -a list -d "List compilers"
 complete -c vexacm -n $none -a info -d "Tell all about one"
 complete -c vexacm -n $none -a compile -d "Compile a source"
 complete -c vexacm -n $none -a batch -d "Compile many"
+complete -c vexacm -n $none -a merge -d "Join shards"
 
 complete -c vexacm -n "__fish_seen_subcommand_from $commands" -l json -d "Print JSON"
 complete -c vexacm -n $filtered -l driver -x -a "(__vexacm_column 2)" -d "Driver release"
@@ -53,7 +55,11 @@ complete -c vexacm -n $batch -l timeout -x -d "What a job may take"
 complete -c vexacm -n $batch -l memory-limit -x -d "What a worker may take"
 complete -c vexacm -n $batch -l give-up-after -x -d "Workers that a compiler may cost"
 complete -c vexacm -n $batch -l ordered -d "In job order"
-complete -c vexacm -n $batch -l sarif -r -F -d "File for the diagnostics"
-complete -c vexacm -n $batch -l junit -r -F -d "File for the jobs as tests"
-complete -c vexacm -n $batch -l html -r -F -d "File for a page"
+complete -c vexacm -n $reports -l sarif -r -F -d "File for the diagnostics"
+complete -c vexacm -n $reports -l junit -r -F -d "File for the jobs as tests"
+complete -c vexacm -n $reports -l html -r -F -d "File for a page"
 complete -c vexacm -n $batch -l outputs -x -a "(__fish_complete_directories)" -d "Directory for the binaries"
+complete -c vexacm -n $batch -l shard -x -d "Part of the jobs"
+complete -c vexacm -n $batch -l resume -r -F -d "File of what is done"
+
+complete -c vexacm -n "__fish_seen_subcommand_from merge" -F
