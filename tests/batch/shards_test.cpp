@@ -48,6 +48,19 @@ TEST_F(Shards, CompilerIsGivenUpThenTheBytesOfOneRun) {
     expect_same_bytes(arguments, 4);
 }
 
+TEST_F(Shards, CompilersOfOneNameThenTheBytesOfOneRun) {
+    Fake_plugin plugin = Fake_plugin::of_type("openglessl");
+    plugin.core("k58x", "r0").core("k58x", "r0").pair("openglessl_version", "320");
+    plugin.outputs("BOOM").act("signal 11");
+    plugins.add_driver("openglessl", "Vexa-K300_r6p0-00rel0", plugin);
+    Arguments arguments{"--driver", "Vexa-K300_r6p0-00rel0"};
+    for (int i = 0; i < 9; ++i) {
+        arguments.push_back("s" + std::to_string(i) + ".frag");
+        add_source(arguments.back(), i % 2 == 1 ? "BOOM" : "void main() {}");
+    }
+    expect_same_bytes(arguments, 4);
+}
+
 TEST_F(Shards, JobsThenThoseOfOneRunAndTheirNumbersToo) {
     const Arguments arguments = sources();
     const std::vector<std::string> all = split(one_run(arguments).lines);

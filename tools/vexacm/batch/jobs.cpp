@@ -8,9 +8,16 @@ namespace vexacm_tool {
 Jobs::Jobs(std::vector<Source> sources, const std::vector<Compiler>& compilers,
            std::vector<std::string> defines, Run_name run, std::optional<Shard> shard)
     : sources_(std::move(sources)), defines_(std::move(defines)), run_(std::move(run)), shard_(shard) {
-    for (const Compiler& compiler : compilers)
+    std::map<std::vector<std::string>, unsigned int> names;
+    for (const Compiler& compiler : compilers) {
         (compiler.api == std::string_view("opencl") ? kernel_compilers_ : shader_compilers_)
             .push_back(compiler);
+        numbers_[compiler.id] =
+            names
+                .try_emplace({compiler.driver, compiler.core, compiler.revision, compiler.api},
+                             compiler.id)
+                .first->second;
+    }
     first_jobs_.reserve(sources_.size() + 1);
     first_jobs_.push_back(0);
     for (const Source& source : sources_)

@@ -6,6 +6,7 @@
 #include "sources.hpp"
 
 #include <cstddef>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -34,6 +35,11 @@ public:
     const Source& source(std::size_t job) const { return sources_[source_number(job)]; }
     const Compiler& compiler(std::size_t job) const;
 
+    /// The same for compilers of one name, which results do not tell apart.
+    unsigned int compiler_number(std::size_t job) const {
+        return numbers_.at(compiler(job).id);
+    }
+
     /// The definitions for all sources, then the source's own.
     std::vector<std::string> defines(std::size_t job) const;
 
@@ -45,6 +51,7 @@ private:
     std::vector<Source> sources_;
     std::vector<Compiler> shader_compilers_;
     std::vector<Compiler> kernel_compilers_;
+    std::map<unsigned int, unsigned int> numbers_; ///< of each, by its ID
     std::vector<std::string> defines_;
     Run_name run_;
     std::optional<Shard> shard_;

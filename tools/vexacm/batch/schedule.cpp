@@ -20,7 +20,7 @@ std::optional<std::size_t> Schedule::next() {
         } else {
             return std::nullopt;
         }
-        const unsigned int compiler = jobs_.compiler(job).id;
+        const unsigned int compiler = jobs_.compiler_number(job);
         if (!losses_.given_up(compiler, job)) {
             unfinished_.insert({compiler, job});
             return job;
@@ -35,7 +35,7 @@ void Schedule::give_back(std::size_t job) {
 }
 
 void Schedule::finish(std::size_t job, bool cost_a_worker) {
-    const unsigned int compiler = jobs_.compiler(job).id;
+    const unsigned int compiler = jobs_.compiler_number(job);
     unfinished_.erase({compiler, job});
     ended_.insert({compiler, job});
     if (cost_a_worker)
