@@ -16,7 +16,8 @@ protected:
     }
 
     /// Of a run of two sources with these arguments.
-    std::string digest(std::vector<std::string> arguments = {}, const std::string& setup = "") const {
+    std::string digest(std::vector<std::string> arguments = {},
+                       const std::string& setup = "") const {
         arguments.insert(arguments.end(), {"a.frag", "b.cl", "--kernel", "k"});
         const std::string lines = ordered(arguments, setup).out;
         return vexacm_tool::result_of_line(lines.substr(0, lines.find('\n'))).run.digest;

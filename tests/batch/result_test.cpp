@@ -67,7 +67,8 @@ std::string with(const std::string& piece, const std::string& replacement) {
 TEST(ResultLine, NoLineThenThrown) {
     for (const std::string text : {"", "{}", "[]", "1", "null", R"({"outcome":"done"})"})
         EXPECT_ANY_THROW(result_of_line(text)) << text;
-    for (const std::string job : {"-1", "1.0", "1e2", "\"1\"", "null", "[1]", "18446744073709551616"})
+    for (const std::string job :
+         {"-1", "1.0", "1e2", "\"1\"", "null", "[1]", "18446744073709551616"})
         EXPECT_ANY_THROW(result_of_line(with("\"job\":1", "\"job\":" + job))) << job;
     const std::pair<std::string, std::string> pieces[] = {
         {"\"version\":310", "\"version\":4294967296"},

@@ -22,8 +22,7 @@ protected:
     /// What is left of a run when the tool is killed once that has come to pass.
     std::string killed(Arguments arguments, const std::string& until) const {
         arguments.insert(arguments.begin(), "--json");
-        const auto result =
-            batch(arguments, "(" + until + "; kill -9 $$) >/dev/null 2>&1 &");
+        const auto result = batch(arguments, "(" + until + "; kill -9 $$) >/dev/null 2>&1 &");
         EXPECT_EQ(result.status, 128 + 9);
         return result.out;
     }
@@ -93,8 +92,8 @@ TEST_F(Resume, InterruptedThenTheBytesOfOneRun) {
         add_source(name);
     add_source("b.frag", "WAIT");
     const Arguments arguments{"a.frag", "b.frag", "c.frag", "d.frag", "--timeout", "1"};
-    const std::string until_it_waits = "until grep -qs WAIT '" + plugins.root() +
-                                       "/../log'; do sleep 0.02; done";
+    const std::string until_it_waits =
+        "until grep -qs WAIT '" + plugins.root() + "/../log'; do sleep 0.02; done";
     const std::string once = ordered(arguments).out;
     EXPECT_NE(once.find("timed_out"), std::string::npos);
     Arguments slow = arguments;
@@ -116,6 +115,26 @@ TEST_F(Resume, InterruptedThenTheBytesOfOneRun) {
 
     plugins.take_log();
     EXPECT_EQ(resume(arguments, killed(slow, until_it_waits)).out, once);
+}
+
+TEST_F(Resume, WorkerIsKilledThenItsJobRunsAgain) {
+    on("WAIT", "hang");
+    add_source("a.frag");
+    add_source("b.frag", "WAIT");
+    const Arguments arguments{"a.frag", "b.frag", "--core", "Vexa-K460", "--timeout", "1"};
+    const std::string once = ordered(arguments).out;
+    Arguments slow = arguments;
+    slow.back() = "1000";
+    plugins.take_log();
+    const std::string left =
+        ordered(slow, "(until grep -qs WAIT '" + plugins.root() +
+                          "/../log'; do sleep 0.02; done; for p in $(cat "
+                          "/proc/$$/task/$$/children); do grep -q vexacm /proc/$p/comm && "
+                          "kill -9 $p; done) >/dev/null 2>&1 &")
+            .out;
+    EXPECT_EQ(brief(left), line("a.frag", "K460", "compiled") +
+                               line("b.frag", "K460", "crashed", "killed by signal 9 (Killed)"));
+    EXPECT_EQ(resume(arguments, left).out, once);
 }
 
 TEST_F(Resume, KilledAtAnyTimeThenWholeLinesAndTheBytesOfOneRun) {

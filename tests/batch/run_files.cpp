@@ -58,5 +58,6 @@ Run_files::Arguments Run_files::sources() const {
     add_source("c\xff.frag", "WARN");
     add_source("d.frag", "FAIL");
     add_source("e.frag", "BINARY");
-    return {"a.frag", "b.frag", "c\xff.frag", "d.frag", "e.frag", "none.frag", "a.frag", "-D", "A=1"};
+    return {"a.frag",    "b.frag", "c\xff.frag", "d.frag", "e.frag",
+            "none.frag", "a.frag", "-D",         "A=1"};
 }

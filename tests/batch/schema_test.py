@@ -91,6 +91,20 @@ class Schemas(unittest.TestCase):
         self.assertEqual(results[7]["source_bytes"], b"h\xff.frag".hex())
         self.assertEqual(ended.returncode, 4)
 
+    def test_every_line_of_shards(self):
+        lines = validator("batch.schema.json")
+        printed = [self.batch("--json", "--shard", f"{number}/2", *SOURCES, "--timeout", "1").stdout
+                   for number in (1, 2)]
+        for line in b"".join(printed).splitlines():
+            lines.validate(json.loads(line))
+            self.assertIn("shard", json.loads(line))
+        merged = subprocess.run([TOOL, "merge", "--json", "-"], input=b"".join(printed),
+                                capture_output=True, check=False)
+        for line in merged.stdout.splitlines():
+            lines.validate(json.loads(line))
+            self.assertNotIn("shard", json.loads(line))
+        self.assertEqual(len(merged.stdout.splitlines()), len(SOURCES))
+
     def test_outcomes_are_all_of_them(self):
         source = (TREE / "tools/vexacm/batch/result.hpp").read_text()
         body = re.search(r"enum class Outcome \{(.*?)\};", source, re.DOTALL)[1]

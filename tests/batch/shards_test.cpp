@@ -39,7 +39,9 @@ TEST_F(Shards, CompilerIsGivenUpThenTheBytesOfOneRun) {
     Arguments arguments;
     for (int i = 0; i < 40; ++i) {
         arguments.push_back("s" + std::to_string(i) + ".frag");
-        add_source(arguments.back(), i % 7 == 3 ? "BOOM" : i % 11 == 5 ? "LEAVE" : "void main() {}");
+        add_source(arguments.back(), i % 7 == 3    ? "BOOM"
+                                     : i % 11 == 5 ? "LEAVE"
+                                                   : "void main() {}");
     }
     expect_same_bytes(arguments, 4);
     arguments.insert(arguments.end(), {"--give-up-after", "1"});
@@ -70,10 +72,12 @@ TEST_F(Shards, JobsThenThoseOfOneRunAndTheirNumbersToo) {
         std::vector<std::string> expected;
         for (std::size_t job = number - 1; job < all.size(); job += 4) {
             std::string line = all[job];
-            const std::string shard = "\"shard\":{\"number\":" + std::to_string(number) + ",\"of\":4},";
+            const std::string shard =
+                "\"shard\":{\"number\":" + std::to_string(number) + ",\"of\":4},";
             expected.push_back(line.insert(line.find("\"source\""), shard));
         }
-        EXPECT_TRUE(std::is_permutation(lines.begin(), lines.end(), expected.begin(), expected.end()));
+        EXPECT_TRUE(
+            std::is_permutation(lines.begin(), lines.end(), expected.begin(), expected.end()));
     }
 }
 
@@ -95,8 +99,8 @@ TEST_F(Shards, MoreThanJobsThenTheLastAreEmpty) {
 }
 
 TEST_F(Shards, WrongPartThenWrongUse) {
-    for (const std::string part : {"", "1", "1/", "/2", "0/2", "3/2", "1/2/3", "-1/2", "1/4294967296",
-                                   "a/b", " 1/2", "1/2 "})
+    for (const std::string part : {"", "1", "1/", "/2", "0/2", "3/2", "1/2/3", "-1/2",
+                                   "1/4294967296", "a/b", " 1/2", "1/2 "})
         expect(batch({"a.frag", "--shard=" + part}), 2, "",
                "vexacm: --shard takes I/N, with I from 1 to N\n");
 }

@@ -89,8 +89,7 @@ Exit_status compile_all(Batch batch, const std::string& directory) {
     if (batch.resume)
         take_done_jobs(*batch.resume, jobs, work.outputs, results);
     Progress progress(has_room_for_progress(batch.json), jobs.shard().count(jobs.count()));
-    run_jobs(work,
-             {batch.workers, timeout, batch.give_up_after}, results, progress);
+    run_jobs(work, {batch.workers, timeout, batch.give_up_after}, results, progress);
     const Exit_status reported = write_reports(batch.reports, results.spool());
     if (!batch.json)
         write_standard_output([&](std::ostream& out) { write_summary(results.spool(), out); });

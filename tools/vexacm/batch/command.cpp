@@ -45,9 +45,7 @@ Command add_batch(CLI::App& tool) {
     Batch& settings = options->batch;
     CLI::App* const command =
         tool.add_subcommand("batch", "Compile many sources with all compilers that pass");
-    command
-        ->add_option("FILE", options->files,
-                     "Sources, @LIST; filters, -D, ... as of compile")
+    command->add_option("FILE", options->files, "Sources, @LIST; filters, -D, ... as of compile")
         ->type_name("");
     add_hidden_filters(*command, settings.filters);
     // As of compile too, and a screen has 24 lines.

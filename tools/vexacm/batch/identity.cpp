@@ -32,8 +32,9 @@ std::string digest_of_plugin(const std::string& directory, const Compiler& compi
 Identity::Identity(const Batch& batch, const std::vector<Compiler>& compilers,
                    const std::string& directory) {
     Digest digest;
-    digest.add(batch.defines).add(std::uint64_t{batch.prerotate}).add(
-        std::uint64_t{batch.outputs.has_value()});
+    digest.add(batch.defines)
+        .add(std::uint64_t{batch.prerotate})
+        .add(std::uint64_t{batch.outputs.has_value()});
     for (const Compiler& compiler : compilers) {
         const auto [driver, is_new] = plugins_.try_emplace({compiler.api, compiler.driver});
         if (is_new)

@@ -7,7 +7,8 @@ namespace vexacm_tool {
 
 Jobs::Jobs(std::vector<Source> sources, const std::vector<Compiler>& compilers,
            std::vector<std::string> defines, Run_name run, std::optional<Shard> shard)
-    : sources_(std::move(sources)), defines_(std::move(defines)), run_(std::move(run)), shard_(shard) {
+    : sources_(std::move(sources)), defines_(std::move(defines)), run_(std::move(run)),
+      shard_(shard) {
     std::map<std::vector<std::string>, unsigned int> names;
     for (const Compiler& compiler : compilers) {
         (compiler.api == std::string_view("opencl") ? kernel_compilers_ : shader_compilers_)

@@ -18,8 +18,7 @@ class Jobs {
 public:
     /// `compilers` may be of both APIs, in the order of the catalogue.
     Jobs(std::vector<Source> sources, const std::vector<Compiler>& compilers,
-         std::vector<std::string> defines, Run_name run = {},
-         std::optional<Shard> shard = {});
+         std::vector<std::string> defines, Run_name run = {}, std::optional<Shard> shard = {});
 
     std::size_t count() const { return first_jobs_.back(); }
     const Run_name& run() const { return run_; }
@@ -36,9 +35,7 @@ public:
     const Compiler& compiler(std::size_t job) const;
 
     /// The same for compilers of one name, which results do not tell apart.
-    unsigned int compiler_number(std::size_t job) const {
-        return numbers_.at(compiler(job).id);
-    }
+    unsigned int compiler_number(std::size_t job) const { return numbers_.at(compiler(job).id); }
 
     /// The definitions for all sources, then the source's own.
     std::vector<std::string> defines(std::size_t job) const;

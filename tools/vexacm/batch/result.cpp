@@ -124,12 +124,12 @@ bool stands(Outcome outcome) {
 Result given_up(Job_head head) {
     const unsigned int count = head.run.give_up_after;
     return {std::move(head), Outcome::given_up,
-            "its compiler had cost " + std::to_string(count) + (count == 1 ? " worker" : " workers")};
+            "its compiler had cost " + std::to_string(count) +
+                (count == 1 ? " worker" : " workers")};
 }
 
 std::string two_results(std::size_t job, const std::string& file, const std::string& other) {
-    return "two results for job " + std::to_string(job) + ", in '" + file + "' and '" + other +
-           "'";
+    return "two results for job " + std::to_string(job) + ", in '" + file + "' and '" + other + "'";
 }
 
 std::string to_line(const Result& result) {

@@ -9,6 +9,12 @@ namespace vexacm_tool {
 
 namespace {
 
+// No compiler does that to itself: somebody killed the worker, or the system did
+// for want of memory.
+bool was_killed(const Result& result) {
+    return result.outcome == Outcome::crashed && result.detail.rfind("killed by signal 9 ", 0) == 0;
+}
+
 bool binary_is_there(const Result& result, const Output_names& outputs) {
     std::error_code missing;
     return result.output == outputs.file(result.job) &&
@@ -23,7 +29,7 @@ void take_done_jobs(const std::string& file, const Jobs& jobs, const Output_name
         if (result.jobs != jobs.count() || result.run != jobs.run())
             throw Failure{Exit_status::input_output,
                           "cannot resume '" + file + "': it is of another run"};
-        if (!jobs.shard().has(result.job) || !stands(result.outcome))
+        if (!jobs.shard().has(result.job) || !stands(result.outcome) || was_killed(result))
             return;
         if (outputs != nullptr && result.outcome == Outcome::compiled &&
             !binary_is_there(result, *outputs))

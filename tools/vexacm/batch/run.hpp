@@ -16,10 +16,10 @@ struct Run_limits {
     std::size_t give_up_after;
 };
 
-/// Runs all jobs, or those that there is time for until an interrupt is noted;
-/// the rest counts as not run. When it returns, every job has its result. What
-/// compilers printed when they were asked for their extensions is then told on
-/// standard error.
+/// Runs all jobs that have no result yet, or those that there is time for until an
+/// interrupt is noted; the rest counts as not run. When it returns, every job has
+/// its result. What compilers printed when they were asked for their extensions is
+/// then told on standard error.
 void run_jobs(const Work& work, const Run_limits& limits, Results& results, Progress& progress);
 
 } // namespace vexacm_tool

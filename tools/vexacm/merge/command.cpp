@@ -49,7 +49,8 @@ Command add_merge(CLI::App& tool) {
     const auto options = std::make_shared<Merge_options>();
     CLI::App* const command =
         tool.add_subcommand("merge", "Join what the shards of a batch printed");
-    command->add_option("SHARD", options->shards, "Files of lines of --json; - reads standard input")
+    command
+        ->add_option("SHARD", options->shards, "Files of lines of --json; - reads standard input")
         ->required()
         ->type_name("");
     command->add_flag("--json", options->json, "Print the lines in job order, and no summary");
