@@ -5,6 +5,7 @@
 #include "../plugin_directory.hpp"
 #include "../stage.hpp"
 #include "../streams.hpp"
+#include "dry_run.hpp"
 #include "guard.hpp"
 #include "identity.hpp"
 #include "interrupt.hpp"
@@ -88,6 +89,10 @@ Exit_status compile_all(Batch batch, const std::string& directory) {
     const Work work{jobs, outputs ? &*outputs : nullptr, batch.prerotate, batch.memory_limit};
     if (batch.resume)
         take_done_jobs(*batch.resume, jobs, work.outputs, results);
+    if (batch.dry_run) {
+        print_jobs_to_do(jobs, work.outputs, results, directory);
+        return choice.status;
+    }
     Progress progress(has_room_for_progress(batch.json), jobs.shard().count(jobs.count()));
     run_jobs(work, {batch.workers, timeout, batch.give_up_after}, results, progress);
     const Exit_status reported = write_reports(batch.reports, results.spool());

@@ -30,6 +30,7 @@ struct Batch {
     bool ordered = false;
     Report_files reports;
     std::optional<std::string> outputs; ///< directory for the binaries
+    bool dry_run = false;               ///< only print what there is to do
     std::optional<Shard> shard;         ///< or all
     std::optional<std::string> resume;  ///< file of what is done already
 };

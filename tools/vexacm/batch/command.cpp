@@ -77,6 +77,7 @@ Command add_batch(CLI::App& tool) {
         ->type_name("I/N");
     add_text(*command, "--resume", settings.resume, "Lines of --json; run what they lack")
         ->type_name("FILE");
+    command->add_flag("--dry-run", settings.dry_run, "Print the jobs, an object a line");
     return {command, [options](const auto& plugins) { return batch(*options, plugins); }};
 }
 

@@ -95,6 +95,25 @@ bool is_utf8(const std::string& text) {
     return ordered_json::parse(dump(text)) == text;
 }
 
+ordered_json to_json(const Job_head& job) {
+    ordered_json line{{"job", job.job}, {"jobs", job.jobs}};
+    line["run"] = {{"digest", job.run.digest}, {"give_up_after", job.run.give_up_after}};
+    if (job.shard)
+        line["shard"] = {{"number", job.shard->number}, {"of", job.shard->of}};
+    line["source"] = job.source;
+    if (!is_utf8(job.source))
+        line["source_bytes"] = hexadecimal(job.source);
+    line["stage"] = job.stage;
+    line["defines"] = job.defines;
+    line["kernels"] = job.kernels;
+    line["compiler"] = {{"driver", job.compiler.driver},
+                        {"core", job.compiler.core},
+                        {"revision", job.compiler.revision},
+                        {"api", job.compiler.api},
+                        {"version", job.compiler.version}};
+    return line;
+}
+
 } // namespace
 
 const char* name(Outcome outcome) {
@@ -133,21 +152,7 @@ std::string two_results(std::size_t job, const std::string& file, const std::str
 }
 
 std::string to_line(const Result& result) {
-    ordered_json line{{"job", result.job}, {"jobs", result.jobs}};
-    line["run"] = {{"digest", result.run.digest}, {"give_up_after", result.run.give_up_after}};
-    if (result.shard)
-        line["shard"] = {{"number", result.shard->number}, {"of", result.shard->of}};
-    line["source"] = result.source;
-    if (!is_utf8(result.source))
-        line["source_bytes"] = hexadecimal(result.source);
-    line["stage"] = result.stage;
-    line["defines"] = result.defines;
-    line["kernels"] = result.kernels;
-    line["compiler"] = {{"driver", result.compiler.driver},
-                        {"core", result.compiler.core},
-                        {"revision", result.compiler.revision},
-                        {"api", result.compiler.api},
-                        {"version", result.compiler.version}};
+    ordered_json line = to_json(result);
     line["outcome"] = name(result.outcome);
     line["detail"] = result.detail;
     line["errors"] = result.errors;
@@ -157,6 +162,14 @@ std::string to_line(const Result& result) {
     if (result.output)
         line["output"] = *result.output;
     line["printed"] = result.printed;
+    return dump(line) + '\n';
+}
+
+std::string to_line(const Planned_job& job) {
+    ordered_json line = to_json(job);
+    line["plugins"] = job.plugins;
+    if (job.output)
+        line["output"] = *job.output;
     return dump(line) + '\n';
 }
 

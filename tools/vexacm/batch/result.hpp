@@ -75,6 +75,12 @@ struct Job_head {
     Compiler_name compiler;
 };
 
+/// A job that is to be run, and what it has to do with files.
+struct Planned_job : Job_head {
+    std::vector<std::string> plugins;  ///< the compiler's, see plugin_files()
+    std::optional<std::string> output; ///< the file of the binary, when one is to be written
+};
+
 /// All that is known of a job.
 struct Result : Job_head {
     Result() = default;
@@ -100,6 +106,9 @@ std::string two_results(std::size_t job, const std::string& file, const std::str
 /// The result as one JSON object and a newline. Bytes that are no UTF-8 are
 /// replaced; a source's name is then told in hexadecimal too.
 std::string to_line(const Result& result);
+
+/// The same of a job that is to be run.
+std::string to_line(const Planned_job& job);
 
 /// Reads such a line; without the newline too. Throws std::exception for whatever
 /// to_line() does not write.

@@ -59,7 +59,7 @@ _vexacm() {
         batch:-*)
             words="-h --help --plugins $filters -D --kernel --prerotate --manifest -j --timeout"
             words+=" --memory-limit --give-up-after --json --ordered --sarif --junit --html --outputs"
-            words+=" --shard --resume"
+            words+=" --shard --resume --dry-run"
             ;;
         merge:-*) words="-h --help --plugins --json --sarif --junit --html" ;;
         compile:* | batch:* | merge:*)

@@ -60,6 +60,7 @@ complete -c vexacm -n $reports -l junit -r -F -d "File for the jobs as tests"
 complete -c vexacm -n $reports -l html -r -F -d "File for a page"
 complete -c vexacm -n $batch -l outputs -x -a "(__fish_complete_directories)" -d "Directory for the binaries"
 complete -c vexacm -n $batch -l shard -x -d "Part of the jobs"
+complete -c vexacm -n $batch -l dry-run -d "Print the jobs"
 complete -c vexacm -n $batch -l resume -r -F -d "File of what is done"
 
 complete -c vexacm -n "__fish_seen_subcommand_from merge" -F
