@@ -70,21 +70,21 @@ std::string dependencies(const Compile_options& options, const Compiler& compile
 }
 
 void write_results(const Compile_options& options, const Compiler& compiler,
-                   const std::string& dependencies, const vexacm::Outputs& outputs) {
-    const bool wants_binary = options.output && outputs.compiled();
+                   const std::string& dependencies, const Compiled& compiled) {
+    const bool wants_binary = options.output && !compiled.has_errors;
     if (wants_binary) {
-        if (outputs.binary().empty())
+        if (compiled.binary.empty())
             throw Failure{Exit_status::refused,
                           shown_name(options) + ": the compiler returned no binary"};
         // First: a binary without it would never be made anew.
         if (options.depfile)
             write_binary(*options.depfile, dependencies);
-        write_binary(*options.output, outputs.binary());
+        write_binary(*options.output, compiled.binary);
     }
     if (options.json)
-        write_standard_output(json_report(compiler, *outputs));
+        write_standard_output(json_report(compiler, compiled));
     else if (!options.quiet && options.output != "-")
-        write_standard_output(report(*outputs, wants_binary ? *options.output : ""));
+        write_standard_output(report(compiled, wants_binary ? *options.output : ""));
 }
 
 Exit_status compile_one(const Compile_options& given, const std::optional<std::string>& plugins) {
@@ -101,17 +101,16 @@ Exit_status compile_one(const Compile_options& given, const std::optional<std::s
     if (!options.json && !options.quiet && options.output != "-")
         write_standard_output(compiler_line(compiler));
 
-    const auto outputs =
-        vexacm::compile({std::move(source), options.stage, options.kernels, options.defines,
-                         options.output.has_value(), options.prerotate},
-                        compiler.id);
-    if (!outputs)
+    const auto compiled =
+        compile_with(compiler.id, {std::move(source), options.stage, options.kernels,
+                                   options.defines, options.output.has_value(), options.prerotate});
+    if (!compiled)
         throw Failure{Exit_status::refused,
                       shown_name(options) + ": the compiler did not carry out the request"};
     if (!options.json)
-        print_diagnostics(shown_name(options), **outputs);
-    write_results(options, compiler, dependencies_of_output, *outputs);
-    return outputs->compiled() ? Exit_status::done : Exit_status::source_errors;
+        print_diagnostics(shown_name(options), *compiled);
+    write_results(options, compiler, dependencies_of_output, *compiled);
+    return compiled->has_errors ? Exit_status::source_errors : Exit_status::done;
 }
 
 // Few jobs, and all the same what many are: what a plug-in does to one of them is

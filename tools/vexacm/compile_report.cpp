@@ -9,48 +9,18 @@ namespace vexacm_tool {
 
 namespace {
 
-// Texts may be null.
-template <typename Visit>
-void for_each_text(char** strings, uint32_t count, Visit visit) {
-    for (uint32_t i = 0; i < count; ++i)
-        visit(strings[i]);
-}
-
-void print_texts(const std::string& file, char** strings, uint32_t count) {
-    for_each_text(strings, count, [&file](const char* given) {
-        if (given == nullptr)
-            return;
-        std::string text = given;
+void print_texts(const std::string& file, const std::vector<std::string>& texts) {
+    for (std::string text : texts) {
         text.erase(text.find_last_not_of('\n') + 1);
         std::cerr << file + ": " + text + '\n';
-    });
-}
-
-std::vector<Row> table(const vexaoc_outputs& outputs) {
-    std::vector<Row> rows(outputs.num_string_lists);
-    for (uint32_t i = 0; i < outputs.num_string_lists; ++i) {
-        const vexaoc_string_list& list = outputs.string_lists[i];
-        for_each_text(list.strings, list.num_strings, [&row = rows[i]](const char* text) {
-            row.emplace_back(text != nullptr ? text : "");
-        });
     }
-    return rows;
-}
-
-nlohmann::ordered_json json_texts(char** strings, uint32_t count) {
-    auto array = nlohmann::ordered_json::array();
-    for_each_text(strings, count, [&array](const char* text) {
-        if (text != nullptr)
-            array.push_back(text);
-    });
-    return array;
 }
 
 } // namespace
 
-void print_diagnostics(const std::string& file, const vexaoc_outputs& outputs) {
-    print_texts(file, outputs.strings_a, outputs.num_strings_a);
-    print_texts(file, outputs.strings_b, outputs.num_strings_b);
+void print_diagnostics(const std::string& file, const Compiled& compiled) {
+    print_texts(file, compiled.errors);
+    print_texts(file, compiled.warnings);
 }
 
 std::string compiler_line(const Compiler& compiler) {
@@ -59,20 +29,20 @@ std::string compiler_line(const Compiler& compiler) {
            '\n';
 }
 
-std::string report(const vexaoc_outputs& outputs, const std::string& binary_file) {
-    std::string text = aligned(table(outputs));
+std::string report(const Compiled& compiled, const std::string& binary_file) {
+    std::string text = aligned(compiled.tables);
     if (!binary_file.empty())
         text +=
-            "binary: " + std::to_string(outputs.binary_size) + " bytes in " + binary_file + '\n';
+            "binary: " + std::to_string(compiled.binary_size) + " bytes in " + binary_file + '\n';
     return text;
 }
 
-std::string json_report(const Compiler& compiler, const vexaoc_outputs& outputs) {
+std::string json_report(const Compiler& compiler, const Compiled& compiled) {
     return to_text({{"compiler", to_json(compiler)},
-                    {"errors", json_texts(outputs.strings_a, outputs.num_strings_a)},
-                    {"warnings", json_texts(outputs.strings_b, outputs.num_strings_b)},
-                    {"tables", table(outputs)},
-                    {"binary_size", outputs.binary_size}});
+                    {"errors", compiled.errors},
+                    {"warnings", compiled.warnings},
+                    {"tables", compiled.tables},
+                    {"binary_size", compiled.binary_size}});
 }
 
 } // namespace vexacm_tool

@@ -3,6 +3,7 @@
 
 #include <cstdio>
 #include <fcntl.h>
+#include <iostream>
 #include <sys/mman.h>
 #include <system_error>
 
@@ -38,6 +39,18 @@ std::string Capture::take() const {
     if (static_cast<std::size_t>(end) > KEPT)
         text += "\n[more was printed than is kept]\n";
     return text;
+}
+
+// What a plug-in left in buffers belongs to what it did up to here, and so does
+// a stream that failed because too much was printed.
+std::string Capture::finish_and_take() const {
+    std::fflush(stdout);
+    std::clearerr(stdout);
+    std::clearerr(stderr);
+    std::cout.clear();
+    std::cerr.clear();
+    std::clog.clear();
+    return take();
 }
 
 } // namespace vexacm_tool

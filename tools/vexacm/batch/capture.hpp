@@ -23,6 +23,9 @@ public:
     /// line that says so.
     std::string take() const;
 
+    /// The same of this process, with what is left in its buffers.
+    std::string finish_and_take() const;
+
 private:
     Descriptor file_;
 };

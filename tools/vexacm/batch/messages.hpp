@@ -24,8 +24,8 @@ struct Message_head {
 
 struct Result_head {
     std::uint64_t job;
-    std::uint8_t outcome;
-    std::uint8_t is_last; ///< whether the worker ends after it
+    std::uint8_t outcome = 0;
+    bool is_last = false; ///< the worker ends after it
 };
 
 constexpr std::uint32_t LARGEST_MESSAGE = 1U << 30;

@@ -1,48 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "worker.hpp"
 
+#include "../compiled.hpp"
 #include "memory.hpp"
 #include "messages.hpp"
 #include "source_file.hpp"
 
 #include <cerrno>
-#include <cstdio>
-#include <iostream>
+#include <optional>
 #include <set>
 #include <unistd.h>
 
 namespace vexacm_tool {
 
 namespace {
-
-using Texts = std::vector<std::string>;
-
-Texts texts(char** strings, std::uint32_t count) {
-    Texts found;
-    for (std::uint32_t i = 0; i < count; ++i)
-        if (strings[i] != nullptr)
-            found.emplace_back(strings[i]);
-    return found;
-}
-
-// Cells keep their places: a null text is an empty one.
-Texts cells(const vexaoc_string_list& list) {
-    Texts found;
-    for (std::uint32_t i = 0; i < list.num_strings; ++i)
-        found.emplace_back(list.strings[i] != nullptr ? list.strings[i] : "");
-    return found;
-}
-
-// What a plug-in left in buffers belongs to what it did up to here, and so does
-// a stream that failed because too much was printed.
-void finish_printing() {
-    std::fflush(stdout);
-    std::clearerr(stdout);
-    std::clearerr(stderr);
-    std::cout.clear();
-    std::cerr.clear();
-    std::clog.clear();
-}
 
 [[noreturn]] void hang() {
     for (;;)
@@ -74,14 +45,15 @@ private:
     bool run(std::size_t job) {
         forget_failed_allocations();
         Result result(work_.jobs.head(job), Outcome::compiled);
-        bool is_last = false;
+        Result_head head{job};
         const auto fail = [&](Outcome outcome, const std::string& detail) {
+            std::string printed = std::move(result.printed);
             result = {work_.jobs.head(job), outcome, detail};
-            is_last = outcome != Outcome::unreadable;
+            result.printed = std::move(printed);
+            head.is_last = outcome != Outcome::unreadable;
         };
         try {
-            probe(work_.jobs.compiler(job));
-            compile(job, result);
+            fill_in(job, result);
         } catch (const Unreadable& error) {
             fail(Outcome::unreadable, error.what());
         } catch (const std::bad_alloc&) {
@@ -91,14 +63,44 @@ private:
         } catch (...) {
             fail(Outcome::crashed, "exception");
         }
-        finish_printing();
-        result.printed = capture_.take();
-        is_last = is_last || memory_is_short();
-        send(Message::result,
-             bytes_of_record(Result_head{job, static_cast<std::uint8_t>(result.outcome),
-                                         static_cast<std::uint8_t>(is_last)}),
-             to_line(result));
-        return !is_last;
+        result.printed += capture_.finish_and_take();
+        head.outcome = static_cast<std::uint8_t>(result.outcome);
+        head.is_last = head.is_last || memory_is_short();
+        send(Message::result, bytes_of_record(head), to_line(result));
+        return !head.is_last;
+    }
+
+    void fill_in(std::size_t job, Result& result) {
+        const Compiler& compiler = work_.jobs.compiler(job);
+        probe(compiler);
+        std::optional<Compiled> compiled = compile_with(compiler.id, request(job));
+        result.printed = capture_.finish_and_take();
+        if (!compiled) {
+            result.outcome = Outcome::refused;
+            return;
+        }
+        fill_in(job, result, std::move(*compiled));
+    }
+
+    void fill_in(std::size_t job, Result& result, Compiled compiled) const {
+        result.errors = std::move(compiled.errors);
+        result.warnings = std::move(compiled.warnings);
+        result.tables = std::move(compiled.tables);
+        result.binary_size = compiled.binary_size;
+        if (compiled.has_errors)
+            result.outcome = Outcome::errors;
+        else if (work_.outputs != nullptr)
+            write_binary(job, compiled.binary, result);
+    }
+
+    vexacm::Request request(std::size_t job) {
+        const Source& from = work_.jobs.source(job);
+        return {source(job),
+                from.stage,
+                from.kernels,
+                work_.jobs.defines(job),
+                work_.outputs != nullptr,
+                work_.prerotate};
     }
 
     // What asking for extensions prints belongs to the compiler, not to a job
@@ -107,34 +109,12 @@ private:
         if (!probed_.insert(compiler.id).second)
             return;
         compiler.extensions();
-        finish_printing();
-        const std::string printed = capture_.take();
+        const std::string printed = capture_.finish_and_take();
         if (!printed.empty())
             send(Message::probed, bytes_of_record(std::uint32_t{compiler.id}), printed);
     }
 
-    void compile(std::size_t job, Result& result) {
-        const auto outputs =
-            vexacm::compile({source(job), result.stage, result.kernels, result.defines,
-                             work_.outputs != nullptr, work_.prerotate},
-                            work_.jobs.compiler(job).id);
-        if (!outputs) {
-            result.outcome = Outcome::refused;
-            return;
-        }
-        const vexaoc_outputs& record = **outputs;
-        result.errors = texts(record.strings_a, record.num_strings_a);
-        result.warnings = texts(record.strings_b, record.num_strings_b);
-        for (std::uint32_t i = 0; i < record.num_string_lists; ++i)
-            result.tables.push_back(cells(record.string_lists[i]));
-        result.binary_size = record.binary_size;
-        if (!outputs->compiled())
-            result.outcome = Outcome::errors;
-        else if (work_.outputs != nullptr)
-            write_binary(job, outputs->binary(), result);
-    }
-
-    void write_binary(std::size_t job, std::string_view binary, Result& result) {
+    void write_binary(std::size_t job, std::string_view binary, Result& result) const {
         if (binary.empty()) {
             result.outcome = Outcome::no_binary;
             return;
