@@ -42,6 +42,7 @@ class Vexacm(unittest.TestCase):
         self.assertEqual({**everywhere, **filters, **options("batch")},
                          tool_help.options(TOOL, "batch"))
         self.assertEqual({**everywhere, **options("merge")}, tool_help.options(TOOL, "merge"))
+        self.assertEqual({**everywhere, **options("cache")}, tool_help.options(TOOL, "cache"))
 
     def test_stages_are_those_of_the_tool(self):
         shown = re.search(r"\*--stage\*(.*?)\n\n", section("vexacm.1.scd", "compile"), re.DOTALL)[1]

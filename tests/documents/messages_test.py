@@ -146,8 +146,8 @@ class Messages(unittest.TestCase):
         written = re.compile(r"std::c(err|log|out)\b|\b(f?printf|f?puts|perror|write)\(")
         for files, writers in [
             (LIBRARY, {"report.hpp": 2}),
-            (TOOL, {"main.cpp": 2, "compile_report.cpp": 1, "capture.cpp": 3,
-                    "streams.cpp": 6, "report_files.cpp": 1,
+            (TOOL, {"main.cpp": 2, "compile_report.cpp": 1, "cached_compile.cpp": 2,
+                    "capture.cpp": 3, "folder.cpp": 1, "streams.cpp": 6, "report_files.cpp": 1,
                     "guard.cpp": 2, "interrupt.cpp": 1, "memory.cpp": 1, "outputs.cpp": 1,
                     "progress.cpp": 2, "run.cpp": 1, "summary.cpp": 5, "worker.cpp": 1}),
         ]:

@@ -3,7 +3,7 @@
 import re
 import subprocess
 
-COMMANDS = ["list", "info", "compile", "batch", "merge"]
+COMMANDS = ["list", "info", "compile", "batch", "merge", "cache"]
 
 
 def help_text(tool, *command):
@@ -19,12 +19,13 @@ def options(tool, *command):
         found[tuple(names.split(","))] = value.strip()
     # For want of room they are not told again.
     if command in (("batch",), ("compile",)):
-        filters = options(tool, "list")
-        found.update((names, filters[names]) for names in filters if names != ("--json",))
+        told_elsewhere = {**options(tool, "list"), **options(tool, "cache")}
+        del told_elsewhere["--json",]
+        found.update(told_elsewhere)
     if command == ("batch",):
         of_compile = options(tool, "compile")
         found.update((names, of_compile[names])
-                     for names in [("-D",), ("--kernel",), ("--prerotate",)])
+                     for names in [("-D",), ("--kernel",), ("--prerotate",), ("--cache",)])
     return found
 
 

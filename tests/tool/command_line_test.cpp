@@ -18,6 +18,7 @@ Subcommands:
   info                        Tell all about one compiler
   compile                     Compile with the first compiler that passes
   batch                       Compile many sources with all compilers that pass
+  cache                       Look at, trim or clear a cache
 
 Exit status: 0 done, 1 errors in the source, 2 wrong use, 3 no compiler matches,
 4 request refused, 5 input or output failed. See vexacm(1).

@@ -22,5 +22,6 @@ Command add_info(CLI::App& tool);
 Command add_compile(CLI::App& tool);
 Command add_batch(CLI::App& tool);
 Command add_merge(CLI::App& tool);
+Command add_cache(CLI::App& tool);
 
 } // namespace vexacm_tool

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "batch/batch.hpp"
+#include "cache/cached_compile.hpp"
+#include "cache/options.hpp"
 #include "commands.hpp"
 #include "compile_report.hpp"
 #include "depfile.hpp"
@@ -24,6 +26,7 @@ struct Compile_options {
     std::optional<std::string> output;
     std::optional<std::string> depfile;
     bool prerotate = false;
+    Cache_settings cache;
     bool json = false;
     bool quiet = false;
 };
@@ -91,6 +94,9 @@ Exit_status compile_one(const Compile_options& given, const std::optional<std::s
     const Compile_options options = completed(given);
     std::string source = read_source(options.files.front());
     const std::string directory = plugin_directory(plugins);
+    std::optional<Cache> cache;
+    if (options.cache.directory)
+        cache.emplace(options.cache, directory);
     const vexacm::Library library = open_library(directory);
     const Compiler compiler(*some_compilers(options.filters, directory).begin());
 
@@ -101,9 +107,11 @@ Exit_status compile_one(const Compile_options& given, const std::optional<std::s
     if (!options.json && !options.quiet && options.output != "-")
         write_standard_output(compiler_line(compiler));
 
+    const vexacm::Request request{
+        std::move(source),          options.stage,    options.kernels, options.defines,
+        options.output.has_value(), options.prerotate};
     const auto compiled =
-        compile_with(compiler.id, {std::move(source), options.stage, options.kernels,
-                                   options.defines, options.output.has_value(), options.prerotate});
+        cache ? compile_with_cache(request, compiler, *cache) : compile_with(compiler.id, request);
     if (!compiled)
         throw Failure{Exit_status::refused,
                       shown_name(options) + ": the compiler did not carry out the request"};
@@ -131,6 +139,7 @@ Exit_status compile_many(const Compile_options& options,
     batch.defines = options.defines;
     batch.prerotate = options.prerotate;
     batch.json = batch.ordered = options.json;
+    batch.cache = options.cache;
     return run_batch(std::move(batch), plugins);
 }
 
@@ -163,9 +172,11 @@ Command add_compile(CLI::App& tool) {
         ->type_name("OUT");
     add_text(*command, "--depfile", options->depfile, "File for what OUT depends on; make, Ninja")
         ->type_name("FILE");
+    add_cache_options(*command, options->cache);
     command->add_flag("--json", options->json, "Print an object, with the diagnostics in it");
     command->add_flag("--quiet", options->quiet, "Print nothing but diagnostics");
     return {command, [options](const auto& plugins) {
+                check(options->cache);
                 const bool one = options->files.size() == 1 && !options->all;
                 return one ? compile_one(*options, plugins) : compile_many(*options, plugins);
             }};

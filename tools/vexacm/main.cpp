@@ -42,8 +42,8 @@ Exit_status run(int argc, char** argv) {
     tool.fallthrough()->require_subcommand(1);
     add_text(tool, "--plugins", plugins, "Plug-in directory, instead of the tool's own")
         ->type_name("DIR");
-    const Command commands[] = {add_list(tool), add_info(tool), add_compile(tool), add_batch(tool),
-                                add_merge(tool)};
+    const Command commands[] = {add_list(tool),  add_info(tool),  add_compile(tool),
+                                add_batch(tool), add_merge(tool), add_cache(tool)};
     // Not before: the commands would take it over.
     tool.footer("Exit status: 0 done, 1 errors in the source, 2 wrong use, 3 no compiler matches,\n"
                 "4 request refused, 5 input or output failed. See vexacm(1).");

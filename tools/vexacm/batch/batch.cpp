@@ -66,6 +66,9 @@ Choice choose(const Batch& batch, const std::string& directory) {
 
 Exit_status compile_all(Batch batch, const std::string& directory) {
     const Seconds timeout(batch.timeout);
+    std::optional<Cache> cache;
+    if (batch.cache.directory && !batch.dry_run)
+        cache.emplace(batch.cache, directory);
     try_plugins(directory, {timeout, batch.memory_limit});
     if (Interrupt::noted())
         return Exit_status::interrupted;
@@ -79,6 +82,11 @@ Exit_status compile_all(Batch batch, const std::string& directory) {
     const Jobs jobs(std::move(batch.sources), choice.compilers, std::move(batch.defines),
                     {identity.run(), batch.give_up_after}, batch.shard);
 
+    // Before there are workers, which then all know them.
+    if (cache)
+        for (const Compiler& compiler : choice.compilers)
+            cache->read_plugin(compiler);
+
     std::optional<Output_names> outputs;
     if (batch.outputs)
         outputs.emplace(*batch.outputs, jobs);
@@ -86,18 +94,26 @@ Exit_status compile_all(Batch batch, const std::string& directory) {
     Results results(jobs, !batch.json     ? Print::nothing
                           : batch.ordered ? Print::in_job_order
                                           : Print::as_they_end);
-    const Work work{jobs, outputs ? &*outputs : nullptr, batch.prerotate, batch.memory_limit};
+    const Work work{jobs, outputs ? &*outputs : nullptr, batch.prerotate, batch.memory_limit,
+                    cache ? &*cache : nullptr};
     if (batch.resume)
         take_done_jobs(*batch.resume, jobs, work.outputs, results);
     if (batch.dry_run) {
         print_jobs_to_do(jobs, work.outputs, results, directory);
         return choice.status;
     }
-    Progress progress(has_room_for_progress(batch.json), jobs.shard().count(jobs.count()));
-    run_jobs(work, {batch.workers, timeout, batch.give_up_after}, results, progress);
+    const std::size_t count = jobs.shard().count(jobs.count());
+    Progress progress(has_room_for_progress(batch.json), count);
+    const std::size_t cached =
+        run_jobs(work, {batch.workers, timeout, batch.give_up_after}, results, progress);
     const Exit_status reported = write_reports(batch.reports, results.spool());
     if (!batch.json)
-        write_standard_output([&](std::ostream& out) { write_summary(results.spool(), out); });
+        write_standard_output([&](std::ostream& out) {
+            write_summary(results.spool(), out);
+            if (cache)
+                out << "cache: " << cached << " of " << count
+                    << (count == 1 ? " job\n" : " jobs\n");
+        });
     return std::max({choice.status, results.exit_status(), reported});
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "../cache/cache.hpp"
 #include "report_files.hpp"
 #include "shard.hpp"
 #include "sources.hpp"
@@ -33,6 +34,7 @@ struct Batch {
     bool dry_run = false;               ///< only print what there is to do
     std::optional<Shard> shard;         ///< or all
     std::optional<std::string> resume;  ///< file of what is done already
+    Cache_settings cache;
 };
 
 /// Compiles every source with every compiler for it, in worker processes.

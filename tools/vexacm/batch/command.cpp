@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "../cache/options.hpp"
 #include "../commands.hpp"
 #include "../options.hpp"
 #include "batch.hpp"
@@ -26,6 +27,7 @@ void check(const Batch& batch) {
         throw Failure{Exit_status::wrong_use, "--ordered is for --json"};
     if (batch.outputs && batch.outputs->empty())
         throw Failure{Exit_status::wrong_use, "--outputs takes a directory"};
+    check(batch.cache);
     check_folders(batch.reports);
 }
 
@@ -58,6 +60,7 @@ Command add_batch(CLI::App& tool) {
         ->type_name("NAME")
         ->allow_extra_args(false);
     hidden->add_flag("--prerotate", settings.prerotate, "Pre-rotate the shaders' output");
+    add_cache_options(*hidden, settings.cache);
     add_text(*command, "--manifest", options->manifest, "Sources with their own options, in JSON")
         ->type_name("JSON");
     add_number(*command, "-j", settings.workers, "Workers; without it, one for each processor");

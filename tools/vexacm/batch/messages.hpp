@@ -25,7 +25,10 @@ struct Message_head {
 struct Result_head {
     std::uint64_t job;
     std::uint8_t outcome = 0;
-    bool is_last = false; ///< the worker ends after it
+    bool is_last = false;         ///< the worker ends after it
+    bool is_cached = false;       ///< it was in the cache
+    bool is_stored = false;       ///< it is now
+    std::int32_t store_error = 0; ///< the number of why it could not be stored
 };
 
 constexpr std::uint32_t LARGEST_MESSAGE = 1U << 30;

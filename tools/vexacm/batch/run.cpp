@@ -9,6 +9,7 @@
 #include <iostream>
 #include <map>
 #include <unistd.h>
+#include <vector>
 
 namespace vexacm_tool {
 
@@ -17,7 +18,8 @@ namespace {
 class Run : private Worker_events {
 public:
     Run(const Work& work, const Run_limits& limits, Results& results)
-        : jobs_(work.jobs), outputs_(work.outputs), results_(results),
+        : jobs_(work.jobs), outputs_(work.outputs), cache_(work.cache), results_(results),
+          is_cached_(work.cache != nullptr ? work.jobs.count() : 0),
           schedule_(work.jobs, limits.give_up_after,
                     [this](std::size_t job, bool given_up) { settle(job, given_up); }),
           workers_(work, limits.workers, limits.timeout, *this) {}
@@ -36,6 +38,9 @@ public:
     void stop() {
         workers_.stop();
         schedule_.stop();
+        // Another process may have been at it each time before.
+        if (has_stored_)
+            cache_->keep_limit();
         for (std::size_t job = jobs_.first(); job < jobs_.count(); job = jobs_.next(job))
             if (!results_.is_settled(job)) {
                 if (results_.outcome(job) == Outcome::not_run)
@@ -44,7 +49,11 @@ public:
             }
     }
 
-    void tell_probes() const {
+    std::size_t cached_count() const { return cached_count_; }
+
+    void tell_what_there_is_besides() const {
+        if (store_error_ != 0)
+            cache_->tell_error(store_error_);
         for (const auto& [compiler, printed] : probes_)
             std::cerr << compiler_line(Compiler(compiler)) +
                              "printed when it was asked for its extensions:\n" + printed;
@@ -61,9 +70,18 @@ private:
         }
     }
 
-    void on_result(std::size_t job, Outcome outcome, std::string_view line) override {
-        results_.put(job, outcome, line);
-        schedule_.finish(job, costs_a_worker(outcome));
+    void on_result(const Result_head& head, std::string_view line) override {
+        const auto outcome = static_cast<Outcome>(head.outcome);
+        results_.put(head.job, outcome, line);
+        if (cache_ != nullptr) {
+            is_cached_[head.job] = head.is_cached;
+            if (head.store_error != 0)
+                store_error_ = head.store_error;
+            if (head.is_stored)
+                cache_->keep_limit();
+            has_stored_ = has_stored_ || head.is_stored;
+        }
+        schedule_.finish(head.job, costs_a_worker(outcome));
     }
 
     void on_loss(std::size_t job, Outcome outcome, const std::string& detail,
@@ -95,12 +113,19 @@ private:
             ::unlink(outputs_->file(job).c_str());
         if (given_up)
             results_.put(vexacm_tool::given_up(jobs_.head(job)));
+        else if (cache_ != nullptr && is_cached_[job])
+            ++cached_count_;
         results_.settle(job);
     }
 
     const Jobs& jobs_;
     const Output_names* outputs_;
+    Cache* cache_;
     Results& results_;
+    std::vector<bool> is_cached_; ///< the results of these jobs
+    std::size_t cached_count_ = 0;
+    bool has_stored_ = false;
+    int store_error_ = 0;
     std::map<unsigned int, std::string> probes_;
     Schedule schedule_;
     Workers workers_;
@@ -108,12 +133,14 @@ private:
 
 } // namespace
 
-void run_jobs(const Work& work, const Run_limits& limits, Results& results, Progress& progress) {
+std::size_t run_jobs(const Work& work, const Run_limits& limits, Results& results,
+                     Progress& progress) {
     Run run(work, limits, results);
     run.run(progress);
     run.stop();
     progress.hide();
-    run.tell_probes();
+    run.tell_what_there_is_besides();
+    return run.cached_count();
 }
 
 } // namespace vexacm_tool

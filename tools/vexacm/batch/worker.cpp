@@ -53,7 +53,7 @@ private:
             head.is_last = outcome != Outcome::unreadable;
         };
         try {
-            fill_in(job, result);
+            fill_in(job, result, head);
         } catch (const Unreadable& error) {
             fail(Outcome::unreadable, error.what());
         } catch (const std::bad_alloc&) {
@@ -70,7 +70,14 @@ private:
         return !head.is_last;
     }
 
-    void fill_in(std::size_t job, Result& result) {
+    // What is in the cache is not asked of a plug-in, its extensions included.
+    void fill_in(std::size_t job, Result& result, Result_head& head) {
+        const std::string key = cache_key(job);
+        if (std::optional<Compiled> found = key.empty() ? std::nullopt : work_.cache->find(key)) {
+            head.is_cached = true;
+            result.printed = std::move(found->printed);
+            return fill_in(job, result, std::move(*found));
+        }
         const Compiler& compiler = work_.jobs.compiler(job);
         probe(compiler);
         std::optional<Compiled> compiled = compile_with(compiler.id, request(job));
@@ -78,6 +85,12 @@ private:
         if (!compiled) {
             result.outcome = Outcome::refused;
             return;
+        }
+        if (!key.empty()) {
+            compiled->printed = result.printed;
+            const Cache::Stored stored = work_.cache->store(key, *compiled);
+            head.is_stored = stored.is_done;
+            head.store_error = stored.error;
         }
         fill_in(job, result, std::move(*compiled));
     }
@@ -101,6 +114,16 @@ private:
                 work_.jobs.defines(job),
                 work_.outputs != nullptr,
                 work_.prerotate};
+    }
+
+    // Empty without a cache. That a source cannot be read is told as without one.
+    std::string cache_key(std::size_t job) {
+        try {
+            return work_.cache != nullptr ? work_.cache->key(request(job), work_.jobs.compiler(job))
+                                          : std::string();
+        } catch (const Unreadable&) {
+            return {};
+        }
     }
 
     // What asking for extensions prints belongs to the compiler, not to a job

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "../cache/cache.hpp"
 #include "capture.hpp"
 #include "jobs.hpp"
 #include "outputs.hpp"
@@ -15,6 +16,7 @@ struct Work {
     const Output_names* outputs; ///< null: no binaries
     bool prerotate;
     std::size_t memory_limit; ///< in megabytes, 0: none
+    Cache* cache;             ///< null: none; it has read the plug-ins
 };
 
 /// The life of a worker: runs the jobs whose numbers come on the connection and

@@ -209,9 +209,9 @@ void Workers::take_result(Worker& worker, std::string_view text) {
     const auto now = Clock::now();
     worker.most_jobs = jobs_ahead(now - worker.began);
     worker.began = now;
-    worker.is_last = head.is_last != 0;
+    worker.is_last = head.is_last;
     worker.jobs.pop_front();
-    events_.on_result(head.job, static_cast<Outcome>(head.outcome), text);
+    events_.on_result(head, text);
 }
 
 void Workers::bury(Worker& worker, bool is_late) {

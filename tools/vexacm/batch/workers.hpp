@@ -22,7 +22,7 @@ public:
     virtual ~Worker_events() = default;
 
     /// A worker has done a job; `line` is its result's.
-    virtual void on_result(std::size_t job, Outcome outcome, std::string_view line) = 0;
+    virtual void on_result(const Result_head& head, std::string_view line) = 0;
 
     /// A job cost its worker.
     virtual void on_loss(std::size_t job, Outcome outcome, const std::string& detail,

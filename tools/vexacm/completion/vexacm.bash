@@ -17,7 +17,7 @@ _vexacm() {
     for ((i = 1; i < COMP_CWORD; i++)); do
         case ${COMP_WORDS[i]} in
         --plugins) ((i++)) ;;
-        list | info | compile | batch | merge)
+        list | info | compile | batch | merge | cache)
             command=${COMP_WORDS[i]}
             break
             ;;
@@ -26,7 +26,7 @@ _vexacm() {
 
     COMPREPLY=()
     case $previous in
-    --plugins | --outputs)
+    --plugins | --outputs | --cache)
         compopt -o filenames 2>/dev/null
         mapfile -t COMPREPLY < <(compgen -d -- "$current")
         return
@@ -44,24 +44,27 @@ _vexacm() {
     --stage)
         words="vertex fragment compute geometry tessellation_control tessellation_evaluation kernel"
         ;;
-    --min-version | --kernel | -D | -j | --timeout | --memory-limit | --give-up-after | --shard) return ;;
+    --min-version | --kernel | -D | -j | --timeout | --memory-limit | --give-up-after | --shard | \
+        --cache-size) return ;;
     *)
         case $command:$current in
         :-*) words="-h --help --version --plugins" ;;
-        :*) words="list info compile batch merge" ;;
+        :*) words="list info compile batch merge cache" ;;
         list:-*) words="-h --help --plugins --json $filters" ;;
         info:-*) words="-h --help --plugins --json" ;;
         info:*) words=$(_vexacm_column 1) ;;
         compile:-*)
             words="-h --help --plugins --stage $filters --all -D --kernel --prerotate -o"
-            words+=" --depfile --json --quiet"
+            words+=" --depfile --cache --cache-size --json --quiet"
             ;;
         batch:-*)
             words="-h --help --plugins $filters -D --kernel --prerotate --manifest -j --timeout"
             words+=" --memory-limit --give-up-after --json --ordered --sarif --junit --html --outputs"
-            words+=" --shard --resume --dry-run"
+            words+=" --shard --resume --dry-run --cache --cache-size"
             ;;
         merge:-*) words="-h --help --plugins --json --sarif --junit --html" ;;
+        cache:-*) words="-h --help --plugins --cache-size --json" ;;
+        cache:*) words="info trim clear $(compgen -d -- "$current")" ;;
         compile:* | batch:* | merge:*)
             compopt -o filenames 2>/dev/null
             mapfile -t COMPREPLY < <(compgen -f -- "$current")

@@ -11,13 +11,14 @@ function __vexacm_column
     vexacm list $plugins 2>/dev/null | awk -v column=$argv[1] 'NR > 1 { print $column }'
 end
 
-set -l commands list info compile batch merge
+set -l commands list info compile batch merge cache
 set -l none "not __fish_seen_subcommand_from $commands"
 set -l filtered "__fish_seen_subcommand_from list compile batch"
 set -l compiles "__fish_seen_subcommand_from compile batch"
 set -l compile "__fish_seen_subcommand_from compile"
 set -l batch "__fish_seen_subcommand_from batch"
 set -l reports "__fish_seen_subcommand_from batch merge"
+set -l cache "__fish_seen_subcommand_from cache"
 
 complete -c vexacm -f
 complete -c vexacm -s h -l help -d "Print a help message"
@@ -28,6 +29,7 @@ complete -c vexacm -n $none -a info -d "Tell all about one"
 complete -c vexacm -n $none -a compile -d "Compile a source"
 complete -c vexacm -n $none -a batch -d "Compile many"
 complete -c vexacm -n $none -a merge -d "Join shards"
+complete -c vexacm -n $none -a cache -d "Look at a cache"
 
 complete -c vexacm -n "__fish_seen_subcommand_from $commands" -l json -d "Print JSON"
 complete -c vexacm -n $filtered -l driver -x -a "(__vexacm_column 2)" -d "Driver release"
@@ -48,6 +50,10 @@ complete -c vexacm -n $compile -l all -d "With all compilers that pass"
 complete -c vexacm -n $compile -s o -r -F -d "File for the binary"
 complete -c vexacm -n $compile -l quiet -d "Print nothing but diagnostics"
 complete -c vexacm -n $compile -l depfile -r -F -d "File for what it depends on"
+
+complete -c vexacm -n $compiles -l cache -x -a "(__fish_complete_directories)" -d "Folder that keeps results"
+complete -c vexacm -n "__fish_seen_subcommand_from compile batch cache" -l cache-size -x -d "What it may take"
+complete -c vexacm -n $cache -a "info trim clear (__fish_complete_directories)"
 
 complete -c vexacm -n $batch -l manifest -r -F -d "Sources with options"
 complete -c vexacm -n $batch -s j -x -d "Workers"
