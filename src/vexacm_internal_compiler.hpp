@@ -78,7 +78,8 @@ public:
                                    const std::string& api_name,
                                    const std::vector<std::uint32_t>& api_versions);
 
-    /// Gives up the plug-in, ahead of the record's end.
+    /// Gives up the plug-in, ahead of the record's end: like one that was moved from,
+    /// it may then be destroyed or assigned to, and nothing else.
     void release_library() { common.reset(); }
 
     static void string_copy(const char** destination, const char* source);
