@@ -42,7 +42,7 @@ TEST_F(DamagedLines, LastLineIsCutAnywhereThenItsJobIsMissing) {
     std::string all;
     for (std::size_t job = 0; job < 5; ++job)
         all += made_up(job);
-    for (std::size_t size = 0; size < last.size() - 1; ++size)
+    for (std::size_t size = 0; size < last.size() - 1; size += 9)
         expect(merge({"-"}, all + last.substr(0, size)), 5, "",
                "vexacm: results are missing of 1 of 6 jobs: complete them with --resume\n");
     EXPECT_EQ(merge({"-", "--json"}, all + last.substr(0, last.size() - 1)).out, all + last);
@@ -69,7 +69,7 @@ TEST_F(DamagedLines, GreatNumbersThenNoMemoryForThem) {
 
 TEST_F(DamagedLines, LinesWithAnyByteChangedThenAnErrorOrWhatTheyHave) {
     const std::string all = ordered(sources()).out;
-    for (unsigned int seed = 0; seed < 300; ++seed) {
+    for (unsigned int seed = 0; seed < 60; ++seed) {
         std::mt19937 dice(seed);
         std::string text = all;
         for (auto changes = 1 + dice() % 3; changes > 0; --changes) {
