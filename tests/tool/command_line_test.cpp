@@ -18,6 +18,7 @@ Subcommands:
   info                        Tell all about one compiler
   compile                     Compile with the first compiler that passes
   batch                       Compile many sources with all compilers that pass
+  merge                       Join what the shards of a batch printed
   cache                       Look at, trim or clear a cache
 
 Exit status: 0 done, 1 errors in the source, 2 wrong use, 3 no compiler matches,
