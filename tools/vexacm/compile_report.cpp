@@ -4,6 +4,7 @@
 #include "table.hpp"
 
 #include <iostream>
+#include <nlohmann/json.hpp>
 
 namespace vexacm_tool {
 

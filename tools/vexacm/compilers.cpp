@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "compilers.hpp"
 
+#include <nlohmann/json.hpp>
+
 namespace vexacm_tool {
 
 const char* yes_or_no(bool answer) {

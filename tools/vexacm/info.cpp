@@ -7,6 +7,7 @@
 #include "streams.hpp"
 #include "table.hpp"
 
+#include <nlohmann/json.hpp>
 #include <sstream>
 
 namespace vexacm_tool {

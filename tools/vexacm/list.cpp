@@ -7,6 +7,8 @@
 #include "streams.hpp"
 #include "table.hpp"
 
+#include <nlohmann/json.hpp>
+
 namespace vexacm_tool {
 
 namespace {

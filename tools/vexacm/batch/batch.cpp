@@ -14,6 +14,7 @@
 #include "run.hpp"
 
 #include <algorithm>
+#include <ostream>
 #include <sched.h>
 
 namespace vexacm_tool {

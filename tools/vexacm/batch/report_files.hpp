@@ -3,9 +3,12 @@
 
 #include "result.hpp"
 
-#include <CLI/CLI.hpp>
 #include <optional>
 #include <string>
+
+namespace CLI {
+class App;
+}
 
 namespace vexacm_tool {
 

@@ -10,6 +10,7 @@
 
 #include <cstring>
 #include <memory>
+#include <nlohmann/json.hpp>
 
 namespace vexacm_tool {
 

@@ -3,7 +3,9 @@
 
 #include "cache.hpp"
 
-#include <CLI/CLI.hpp>
+namespace CLI {
+class App;
+}
 
 namespace vexacm_tool {
 
