@@ -6,6 +6,9 @@
 #include "interrupt.hpp"
 #include "source_file.hpp"
 
+#include <map>
+#include <utility>
+
 namespace vexacm_tool {
 
 namespace {
@@ -35,8 +38,9 @@ Identity::Identity(const Batch& batch, const std::vector<Compiler>& compilers,
     digest.add(batch.defines)
         .add(std::uint64_t{batch.prerotate})
         .add(std::uint64_t{batch.outputs.has_value()});
+    std::map<std::pair<std::string, std::string>, std::string> plugins; // by API and driver
     for (const Compiler& compiler : compilers) {
-        const auto [driver, is_new] = plugins_.try_emplace({compiler.api, compiler.driver});
+        const auto [driver, is_new] = plugins.try_emplace({compiler.api, compiler.driver});
         if (is_new)
             driver->second = digest_of_plugin(directory, compiler);
         digest.add(compiler.driver).add(compiler.core).add(compiler.revision).add(compiler.api);
@@ -49,10 +53,6 @@ Identity::Identity(const Batch& batch, const std::vector<Compiler>& compilers,
         add_source(digest, source);
     }
     run_ = digest.text();
-}
-
-const std::string& Identity::plugin(const Compiler& compiler) const {
-    return plugins_.at({compiler.api, compiler.driver});
 }
 
 } // namespace vexacm_tool

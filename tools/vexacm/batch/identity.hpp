@@ -4,9 +4,7 @@
 #include "../compilers.hpp"
 #include "batch.hpp"
 
-#include <map>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace vexacm_tool {
@@ -24,13 +22,7 @@ public:
     /// Stands for all of it, in 32 hexadecimal digits.
     const std::string& run() const { return run_; }
 
-    /// Stands for the files of a compiler's plug-in.
-    const std::string& plugin(const Compiler& compiler) const;
-
 private:
-    using Driver = std::pair<std::string, std::string>; ///< API and name
-
-    std::map<Driver, std::string> plugins_;
     std::string run_;
 };
 
