@@ -34,12 +34,14 @@ TEST(Version, StandsInTheFileName) {
         std::filesystem::is_regular_file(BUILD_DIRECTORY "/libcompiler_manager.so." + version));
 }
 
+#ifdef HAS_TOOL
 TEST(Version, IsWhatTheToolTells) {
     const Process_result result = run({BUILD_DIRECTORY "/vexacm", "--version"});
     EXPECT_EQ(result.out, "vexacm " + version + "\n");
     EXPECT_EQ(result.err, "");
     EXPECT_EQ(result.status, 0);
 }
+#endif
 
 TEST(Version, HasAChangelogEntry) {
     const std::string changelog = read_file(SOURCE_DIRECTORY "/CHANGELOG.md");
