@@ -15,6 +15,7 @@
 #include "direct_plugin.hpp"
 #include "paired.hpp"
 #include "vexacm.h"
+#include "vexacm_internal_compiler.hpp"
 
 namespace {
 
@@ -24,6 +25,13 @@ struct Record {
     std::string driver_name, core_name, reported_core_name, core_revision, api_name, extensions;
     std::array<char, 56> rest;
 };
+
+// As large as an entry of the catalogue.
+struct Scanned_record {
+    std::string core_name;
+    std::array<char, sizeof(VexaCM::Vexacm_internal_compiler) - sizeof(std::string)> rest;
+};
+static_assert(sizeof(Scanned_record) == sizeof(VexaCM::Vexacm_internal_compiler));
 
 // What the catalogue is to look like, found out beforehand: with the numbers to
 // sort by.
@@ -75,7 +83,8 @@ std::vector<Record> by_hand(const std::string& root, const std::vector<Core>& co
     return records;
 }
 
-std::vector<unsigned int> scan(const std::vector<Record>& records, const std::string& core_name) {
+std::vector<unsigned int> scan(const std::vector<Scanned_record>& records,
+                               const std::string& core_name) {
     std::vector<unsigned int> ids;
     for (std::size_t i = 0; i < records.size(); ++i)
         if (records[i].core_name == core_name)
@@ -108,7 +117,10 @@ int main() {
                         1);
 
         vexacm_initialize_libraries(directory.root().c_str());
-        const std::vector<Record> records = by_hand(directory.root(), cores);
+        std::vector<Scanned_record> records;
+        records.reserve(num_cores);
+        for (const Record& record : by_hand(directory.root(), cores))
+            records.push_back({record.core_name, {}});
         const std::string core_name = "Vexa-K460";
         paired::compare("query", num_cores, paired::slice_of([&] { query(core_name.c_str()); }),
                         paired::slice_of([&] { paired::keep(scan(records, core_name)); }), 0.5);

@@ -231,10 +231,11 @@ void Vexacm_compiler_manager::get_compilers(unsigned int** compilers, unsigned i
         report_line("Compiler Manager Error: NULL inputs passed to get_compilers");
         return;
     }
+    const Vexacm_internal_compiler::Filters filters(driver_name, core_name, core_revision, api_name,
+                                                    binary_output, api_version);
     std::vector<unsigned int> matching;
     for (std::size_t id = 0; id < catalogue.size(); ++id)
-        if (catalogue[id].matches(driver_name, core_name, core_revision, api_name, binary_output,
-                                  api_version))
+        if (catalogue[id].matches(filters))
             matching.push_back(static_cast<unsigned int>(id));
 
     // Allocated first: when memory runs out neither output is written.

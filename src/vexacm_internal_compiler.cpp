@@ -79,16 +79,22 @@ constexpr std::uint32_t core_number(std::string_view core_display_name) {
     return number;
 }
 
-struct Core_name {
-    char short_name[sizeof "k00x"] = "";
-    const char* display_name = "";
-    std::uint32_t number = core_number(display_name);
-};
+constexpr Core_name row(const char (&short_name)[sizeof "k00x"],
+                        const char (&display_name)[sizeof "Vexa-K000"]) {
+    Core_name core = {};
+    for (std::size_t i = 0; i < sizeof short_name; ++i)
+        core.short_name[i] = short_name[i];
+    for (std::size_t i = 0; i < sizeof display_name; ++i)
+        core.display_name[i] = display_name[i];
+    core.number = core_number(core.shown());
+    return core;
+}
 
 // Vexa-K350, Vexa-K370 and Vexa-100 are not offered and have no row.
 constexpr Core_name vexa_core_name_translator[] = {
-    {"k30x", "Vexa-K300"}, {"k32x", "Vexa-K320"}, {"k42x", "Vexa-K420"}, {"k46x", "Vexa-K460"},
-    {"k52x", "Vexa-K520"}, {"k53x", "Vexa-K530"}, {"k56x", "Vexa-K560"}, {"k58x", "Vexa-K580"},
+    row("k30x", "Vexa-K300"), row("k32x", "Vexa-K320"), row("k42x", "Vexa-K420"),
+    row("k46x", "Vexa-K460"), row("k52x", "Vexa-K520"), row("k53x", "Vexa-K530"),
+    row("k56x", "Vexa-K560"), row("k58x", "Vexa-K580"),
 };
 
 // Cores that stop at OpenGL ES 3.1, also when their driver reports 3.2.
@@ -161,12 +167,6 @@ const Core_name* find_core(std::string_view core_name) {
             if (std::memcmp(core.short_name, core_name.data(), size) == 0)
                 return &core;
     return nullptr;
-}
-
-// The name that callers see in place of a short one; null where there is none.
-const char* translate(std::string_view core_name) {
-    const Core_name* const core = find_core(core_name);
-    return core ? core->display_name : nullptr;
 }
 
 std::uint32_t highest(const std::vector<std::uint32_t>& api_versions) {
@@ -298,9 +298,9 @@ Vexacm_internal_compiler::Vexacm_internal_compiler(
 Vexacm_internal_compiler::Vexacm_internal_compiler(const std::shared_ptr<const Common>& common_,
                                                    std::string_view reported_core_name_,
                                                    std::string_view core_revision_)
-    : common(common_), core_name(translate(reported_core_name_)),
+    : common(common_), core(find_core(reported_core_name_)),
       reported_core_name(reported_core_name_), core_revision(core_revision_),
-      highest_api_version(capped(get_core_name(), common->api_name, common->highest_api_version)),
+      highest_api_version(capped(shown_core_name(), common->api_name, common->highest_api_version)),
       extensions_known(!common->extensions.empty()) {}
 
 // --- Core identity and order ---
@@ -340,14 +340,21 @@ bool Vexacm_internal_compiler::before(const Vexacm_internal_compiler& a,
 }
 
 std::string Vexacm_internal_compiler::get_core_display_name(const std::string& core_name) {
-    const char* const translated = translate(core_name);
-    return translated ? translated : core_name;
+    const Core_name* const core = find_core(core_name);
+    return core ? core->display_name : core_name;
 }
 
 std::uint32_t Vexacm_internal_compiler::get_actual_highest_api_version(
     const std::string& core_display_name, const std::string& api_name,
     const std::vector<std::uint32_t>& api_versions) {
     return capped(core_display_name, api_name, highest(api_versions));
+}
+
+const Core_name* Vexacm_internal_compiler::find_shown_core(std::string_view display_name) {
+    for (const Core_name& core : vexa_core_name_translator)
+        if (core.shown() == display_name)
+            return &core;
+    return nullptr;
 }
 
 // --- Compiling ---

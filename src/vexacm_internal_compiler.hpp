@@ -15,6 +15,15 @@ namespace VexaCM {
 class Vexacm_vexaoc_library;
 enum class Shader_type : unsigned char;
 
+/// A core that callers see under another name than plug-ins report.
+struct Core_name {
+    char short_name[sizeof "k00x"];
+    char display_name[sizeof "Vexa-K000"];
+    std::uint32_t number; // by which it is ordered
+
+    constexpr std::string_view shown() const { return {display_name, sizeof display_name - 1}; }
+};
+
 /// One compiler as callers see it: a plug-in for one core, one core revision
 /// and one shading language.
 class Vexacm_internal_compiler {
@@ -36,7 +45,7 @@ public:
 
     // The texts live as long as the record.
     const char* get_driver_name() const { return common->driver_name.c_str(); }
-    const char* get_core_name() const { return core_name ? core_name : reported_core_name.c_str(); }
+    const char* get_core_name() const { return shown_core_name().data(); }
     const char* get_core_revision() const { return core_revision.c_str(); }
     const char* get_api_name() const { return common->api_name.c_str(); }
     std::uint32_t get_highest_api_version() const { return highest_api_version; }
@@ -47,10 +56,25 @@ public:
     /// reported them, the first call finds them out by test compiles.
     const char* get_extensions();
 
-    /// Whether the record passes every filter; a null text passes all.
-    bool matches(const char* driver_name, const char* core_name, const char* core_revision,
-                 const char* api_name, const char* binary_output,
-                 std::uint32_t minimum_api_version) const;
+    /// What a query asks for, looked up and measured once; a null text asks for nothing.
+    struct Filters {
+        Filters(const char* driver_name, const char* core_name, const char* core_revision,
+                const char* api_name, const char* binary_output, std::uint32_t minimum_api_version);
+
+        std::string_view driver_name, core_name, core_revision, api_name;
+        const Core_name* core; // of that display name; null where there is none
+        bool with_binary_output, without_binary_output;
+        std::uint32_t minimum_api_version;
+    };
+
+    /// Whether the record passes every filter.
+    bool matches(const Filters& filters) const;
+    bool matches(const char* driver_name_, const char* core_name_, const char* core_revision_,
+                 const char* api_name_, const char* binary_output,
+                 std::uint32_t minimum_api_version) const {
+        return matches(Filters(driver_name_, core_name_, core_revision_, api_name_, binary_output,
+                               minimum_api_version));
+    }
 
     /// Checks a request, sends it to the plug-in, and copies what it returns
     /// into `outputs`, which is zeroed first. What goes wrong is reported, other
@@ -109,6 +133,8 @@ private:
     Vexacm_internal_compiler(const std::shared_ptr<const Common>& common,
                              std::string_view reported_core_name, std::string_view core_revision);
 
+    std::string_view shown_core_name() const { return core ? core->shown() : reported_core_name; }
+    static const Core_name* find_shown_core(std::string_view display_name);
     bool check_request(const char* source, const char* shader_type, int num_kernel_names,
                        bool prerotate, Shader_type* type);
     bool check_gles_request(Shader_type type, int num_kernel_names);
@@ -118,7 +144,7 @@ private:
     std::string probe_opencl_extensions();
 
     std::shared_ptr<const Common> common;
-    const char* core_name;          // as shown to callers; null where that is the reported one
+    const Core_name* core;          // null where callers see the reported name
     std::string reported_core_name; // as the plug-in spells it and gets it back
     std::string core_revision;
     std::string extensions; // found out, where none were reported
@@ -126,21 +152,37 @@ private:
     bool extensions_known;
 };
 
-// Inline, as a query asks every record.
-inline bool Vexacm_internal_compiler::matches(const char* driver_name_, const char* core_name_,
-                                              const char* core_revision_, const char* api_name_,
-                                              const char* binary_output,
-                                              std::uint32_t minimum_api_version) const {
-    const auto passes = [](const char* text, const char* filter) {
-        return !filter || std::strcmp(text, filter) == 0;
+inline Vexacm_internal_compiler::Filters::Filters(const char* driver_name_, const char* core_name_,
+                                                  const char* core_revision_, const char* api_name_,
+                                                  const char* binary_output,
+                                                  std::uint32_t minimum_api_version_)
+    : with_binary_output(!binary_output || std::strcmp(binary_output, "true") == 0),
+      without_binary_output(!binary_output || std::strcmp(binary_output, "false") == 0),
+      minimum_api_version(minimum_api_version_) {
+    const auto text = [](const char* filter) {
+        return filter ? std::string_view(filter) : std::string_view();
     };
-    if (!passes(get_driver_name(), driver_name_) || !passes(get_core_name(), core_name_) ||
-        !passes(get_core_revision(), core_revision_) || !passes(get_api_name(), api_name_))
-        return false;
-    if (binary_output &&
-        std::strcmp(binary_output, is_binary_output_supported() ? "true" : "false") != 0)
-        return false;
-    return minimum_api_version <= highest_api_version;
+    driver_name = text(driver_name_);
+    core_name = text(core_name_);
+    core_revision = text(core_revision_);
+    api_name = text(api_name_);
+    core = find_shown_core(core_name);
+}
+
+// Inline, as a query asks every record: a call takes as long as all its comparisons.
+[[gnu::always_inline]] inline bool Vexacm_internal_compiler::matches(const Filters& filters) const {
+    const auto passes = [](std::string_view text, std::string_view filter) {
+        return !filter.data() || text == filter;
+    };
+    // Cores of the same display name have the same row.
+    return passes(common->driver_name, filters.driver_name) &&
+           (core ? !filters.core_name.data() || core == filters.core
+                 : passes(reported_core_name, filters.core_name)) &&
+           passes(core_revision, filters.core_revision) &&
+           passes(common->api_name, filters.api_name) &&
+           (common->binary_output_supported ? filters.with_binary_output
+                                            : filters.without_binary_output) &&
+           filters.minimum_api_version <= highest_api_version;
 }
 
 } // namespace VexaCM
