@@ -6,8 +6,10 @@
 #include <array>
 #include <cstdint>
 #include <cstdio>
+#include <memory>
 #include <numeric>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "bench_directory.hpp"
@@ -100,30 +102,67 @@ void query(const char* core_name) {
     vexacm_release_compilers(&ids, count);
 }
 
+// A directory with one plug-in of that many cores. It is open throughout, so that
+// their number stays set.
+struct Bench_catalogue {
+    explicit Bench_catalogue(std::uint32_t num_cores_) : num_cores(num_cores_) {
+        plugin.function<void(std::uint32_t)>("bench_plugin_set_cores")(num_cores);
+        cores = cores_of(plugin);
+    }
+
+    void by_library() const {
+        vexacm_initialize_libraries(directory.root().c_str());
+        vexacm_release_libraries();
+    }
+    void by_floor() const { paired::keep(by_hand(directory.root(), cores)); }
+
+    std::uint32_t num_cores;
+    Bench_directory directory{1};
+    Direct_plugin plugin{directory.plugin(0)};
+    std::vector<Core> cores;
+};
+
+void bench_cores(const Bench_catalogue& bench) {
+    paired::compare("cores", bench.num_cores, paired::slice_of([&] { bench.by_library(); }),
+                    paired::slice_of([&] { bench.by_floor(); }), 1);
+}
+
+// Ten times as many cores, beside the fewer ten times.
+void bench_growth(const Bench_catalogue& fewer, const Bench_catalogue& more) {
+    const auto compare = [&](const char* row, void (Bench_catalogue::*work)() const) {
+        paired::compare(row, fewer.num_cores, paired::slice_of([&] { (more.*work)(); }),
+                        paired::slice_of([&] {
+                            for (int i = 0; i < 10; ++i)
+                                (fewer.*work)();
+                        }),
+                        1);
+    };
+    compare("growth", &Bench_catalogue::by_library);
+    compare("growth by hand", &Bench_catalogue::by_floor);
+}
+
+void bench_query(const Bench_catalogue& bench) {
+    vexacm_initialize_libraries(bench.directory.root().c_str());
+    std::vector<Scanned_record> records;
+    records.reserve(bench.num_cores);
+    for (const Record& record : by_hand(bench.directory.root(), bench.cores))
+        records.push_back({record.core_name, {}});
+    const std::string core_name = "Vexa-K460";
+    paired::compare("query", bench.num_cores, paired::slice_of([&] { query(core_name.c_str()); }),
+                    paired::slice_of([&] { paired::keep(scan(records, core_name)); }), 0.5);
+    vexacm_release_libraries();
+}
+
 } // namespace
 
 int main() {
-    const Bench_directory directory(1);
-    // Open throughout, so that the number of cores stays set.
-    const Direct_plugin plugin(directory.plugin(0));
+    std::unique_ptr<Bench_catalogue> fewer;
     for (const std::uint32_t num_cores : {100U, 1000U, 10000U, 100000U, 1000000U}) {
-        plugin.function<void(std::uint32_t)>("bench_plugin_set_cores")(num_cores);
-        const std::vector<Core> cores = cores_of(plugin);
-        paired::compare("cores", num_cores, paired::slice_of([&] {
-                            vexacm_initialize_libraries(directory.root().c_str());
-                            vexacm_release_libraries();
-                        }),
-                        paired::slice_of([&] { paired::keep(by_hand(directory.root(), cores)); }),
-                        1);
-
-        vexacm_initialize_libraries(directory.root().c_str());
-        std::vector<Scanned_record> records;
-        records.reserve(num_cores);
-        for (const Record& record : by_hand(directory.root(), cores))
-            records.push_back({record.core_name, {}});
-        const std::string core_name = "Vexa-K460";
-        paired::compare("query", num_cores, paired::slice_of([&] { query(core_name.c_str()); }),
-                        paired::slice_of([&] { paired::keep(scan(records, core_name)); }), 0.5);
-        vexacm_release_libraries();
+        auto bench = std::make_unique<Bench_catalogue>(num_cores);
+        bench_query(*bench); // while memory lies as the system first gave it
+        bench_cores(*bench);
+        if (fewer)
+            bench_growth(*fewer, *bench);
+        fewer = std::move(bench);
     }
 }

@@ -299,9 +299,10 @@ Vexacm_internal_compiler::Vexacm_internal_compiler(const std::shared_ptr<const C
                                                    std::string_view reported_core_name_,
                                                    std::string_view core_revision_)
     : common(common_), core(find_core(reported_core_name_)),
-      reported_core_name(reported_core_name_), core_revision(core_revision_),
-      highest_api_version(capped(shown_core_name(), common->api_name, common->highest_api_version)),
-      extensions_known(!common->extensions.empty()) {}
+      highest_api_version(capped(core ? core->shown() : reported_core_name_, common->api_name,
+                                 common->highest_api_version)),
+      extensions_known(!common->extensions.empty()), reported_core_name(reported_core_name_),
+      core_revision(core_revision_) {}
 
 // --- Core identity and order ---
 

@@ -143,13 +143,14 @@ private:
     std::string probe_gles_extensions();
     std::string probe_opencl_extensions();
 
+    // What most queries read lies together.
     std::shared_ptr<const Common> common;
-    const Core_name* core;          // null where callers see the reported name
+    const Core_name* core; // null where callers see the reported name
+    std::uint32_t highest_api_version;
+    bool extensions_known;
     std::string reported_core_name; // as the plug-in spells it and gets it back
     std::string core_revision;
     std::string extensions; // found out, where none were reported
-    std::uint32_t highest_api_version;
-    bool extensions_known;
 };
 
 inline Vexacm_internal_compiler::Filters::Filters(const char* driver_name_, const char* core_name_,
