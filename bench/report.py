@@ -32,7 +32,7 @@ def time(nanoseconds: float) -> str:
 def ratio_row(what: str, figure: Figure, most: float) -> list[str]:
     return [what.format(f"{figure['size']:,}"), time(figure["floor_ns"]),
             time(figure["library_ns"]),
-            f"{figure['ratio']:.2f} ({figure['ratio_low']:.2f} to {figure['ratio_high']:.2f})",
+            f"{figure['ratio']:.3f} ({figure['ratio_low']:.2f} to {figure['ratio_high']:.2f})",
             f"{most:.2f}", "yes" if figure["ratio"] <= most else "no"]
 
 
@@ -100,7 +100,9 @@ def page(build: Path, rows: dict[str, list[Figure]]) -> str:
         floors.append(ratio_row("initialise and release, plug-ins of 24 cores: {}", figure, most))
     floors += [ratio_row("initialise and release, {} cores", figure, 3) for figure in rows["cores"]]
     floors += [growth_row(*pair) for pair in zip(rows["growth"], rows["growth by hand"])]
-    floors += [ratio_row("query, {} entries", figure, 1.2) for figure in rows["query"]]
+    floors += [ratio_row("query for a core, {} entries", figure, 1.2) for figure in rows["query"]]
+    floors += [ratio_row("query for a revision, {} entries", figure, 1.2)
+               for figure in rows["query, revision"]]
     floors += [compile_row(figure, figure["size"], "compile, defines: {}")
                for figure in rows["compile"]]
     floors += [compile_row(figure, 8, "compile, 8 defines, {} entries")

@@ -169,6 +169,19 @@ const Core_name* find_core(std::string_view core_name) {
     return nullptr;
 }
 
+// The row of a display name; null where there is none.
+const Core_name* find_shown_core(std::string_view display_name) {
+    for (const Core_name& core : vexa_core_name_translator)
+        if (core.shown() == display_name)
+            return &core;
+    return nullptr;
+}
+
+// Tells a null filter, which has no data, from the empty one.
+std::string_view filter_text(const char* filter) {
+    return filter ? std::string_view(filter) : std::string_view();
+}
+
 std::uint32_t highest(const std::vector<std::uint32_t>& api_versions) {
     return api_versions.empty() ? 0 : *std::max_element(api_versions.begin(), api_versions.end());
 }
@@ -351,12 +364,18 @@ std::uint32_t Vexacm_internal_compiler::get_actual_highest_api_version(
     return capped(core_display_name, api_name, highest(api_versions));
 }
 
-const Core_name* Vexacm_internal_compiler::find_shown_core(std::string_view display_name) {
-    for (const Core_name& core : vexa_core_name_translator)
-        if (core.shown() == display_name)
-            return &core;
-    return nullptr;
-}
+// --- Matching ---
+
+Vexacm_internal_compiler::Filters::Filters(const char* driver_name_, const char* core_name_,
+                                           const char* core_revision_, const char* api_name_,
+                                           const char* binary_output,
+                                           std::uint32_t minimum_api_version_)
+    : driver_name(filter_text(driver_name_)), core_name(filter_text(core_name_)),
+      core_revision(filter_text(core_revision_)), api_name(filter_text(api_name_)),
+      core(find_shown_core(core_name)),
+      with_binary_output(!binary_output || std::strcmp(binary_output, "true") == 0),
+      without_binary_output(!binary_output || std::strcmp(binary_output, "false") == 0),
+      minimum_api_version(minimum_api_version_) {}
 
 // --- Compiling ---
 

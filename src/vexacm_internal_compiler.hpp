@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <cstring>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -134,7 +133,6 @@ private:
                              std::string_view reported_core_name, std::string_view core_revision);
 
     std::string_view shown_core_name() const { return core ? core->shown() : reported_core_name; }
-    static const Core_name* find_shown_core(std::string_view display_name);
     bool check_request(const char* source, const char* shader_type, int num_kernel_names,
                        bool prerotate, Shader_type* type);
     bool check_gles_request(Shader_type type, int num_kernel_names);
@@ -153,26 +151,9 @@ private:
     std::string extensions; // found out, where none were reported
 };
 
-inline Vexacm_internal_compiler::Filters::Filters(const char* driver_name_, const char* core_name_,
-                                                  const char* core_revision_, const char* api_name_,
-                                                  const char* binary_output,
-                                                  std::uint32_t minimum_api_version_)
-    : with_binary_output(!binary_output || std::strcmp(binary_output, "true") == 0),
-      without_binary_output(!binary_output || std::strcmp(binary_output, "false") == 0),
-      minimum_api_version(minimum_api_version_) {
-    const auto text = [](const char* filter) {
-        return filter ? std::string_view(filter) : std::string_view();
-    };
-    driver_name = text(driver_name_);
-    core_name = text(core_name_);
-    core_revision = text(core_revision_);
-    api_name = text(api_name_);
-    core = find_shown_core(core_name);
-}
-
 // Inline, as a query asks every record: a call takes as long as all its comparisons.
 [[gnu::always_inline]] inline bool Vexacm_internal_compiler::matches(const Filters& filters) const {
-    const auto passes = [](std::string_view text, std::string_view filter) {
+    const auto passes = [](const std::string& text, std::string_view filter) {
         return !filter.data() || text == filter;
     };
     // Cores of the same display name have the same row.

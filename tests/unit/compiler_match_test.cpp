@@ -81,6 +81,26 @@ TEST(CompilerMatch, EmptyTextsMatchWhatIsEmpty) {
     EXPECT_FALSE(compiler.matches("", "", "", " ", nullptr, 0));
 }
 
+TEST(CompilerMatch, CoresAreToldByTheNameThatCallersSee) {
+    const std::vector<std::string> reported = {
+        "k30x",      "k32x",      "k42x",      "k46x",      "k52x",      "k53x",      "k56x",
+        "k58x",      "Vexa-K300", "Vexa-K320", "Vexa-K420", "Vexa-K460", "Vexa-K520", "Vexa-K530",
+        "Vexa-K560", "Vexa-K580", "Vexa-K350", "k99x",      ""};
+    std::vector<Compiler> compilers;
+    for (const std::string& name : reported) {
+        Compiler_arguments arguments;
+        arguments.core_name = name;
+        compilers.push_back(arguments.make());
+    }
+    for (const Compiler& compiler : compilers)
+        for (const Compiler& other : compilers) {
+            const std::string name = other.get_core_name();
+            EXPECT_EQ(compiler.matches(nullptr, name.c_str(), nullptr, nullptr, nullptr, 0),
+                      compiler.get_core_name() == name)
+                << compiler.get_core_name() << " " << name;
+        }
+}
+
 TEST(CompilerMatch, CappedVersionThenTheCapIsCompared) {
     Compiler_arguments arguments;
     arguments.core_name = "k42x";

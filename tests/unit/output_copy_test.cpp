@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <cstdint>
+#include <cstring>
 #include <set>
 #include <string>
 #include <vector>
