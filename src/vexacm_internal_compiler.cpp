@@ -79,22 +79,11 @@ constexpr std::uint32_t core_number(std::string_view core_display_name) {
     return number;
 }
 
-constexpr Core_name row(const char (&short_name)[sizeof "k00x"],
-                        const char (&display_name)[sizeof "Vexa-K000"]) {
-    Core_name core = {};
-    for (std::size_t i = 0; i < sizeof short_name; ++i)
-        core.short_name[i] = short_name[i];
-    for (std::size_t i = 0; i < sizeof display_name; ++i)
-        core.display_name[i] = display_name[i];
-    core.number = core_number(core.shown());
-    return core;
-}
-
 // Vexa-K350, Vexa-K370 and Vexa-100 are not offered and have no row.
 constexpr Core_name vexa_core_name_translator[] = {
-    row("k30x", "Vexa-K300"), row("k32x", "Vexa-K320"), row("k42x", "Vexa-K420"),
-    row("k46x", "Vexa-K460"), row("k52x", "Vexa-K520"), row("k53x", "Vexa-K530"),
-    row("k56x", "Vexa-K560"), row("k58x", "Vexa-K580"),
+    {"k30x", "Vexa-K300", 300}, {"k32x", "Vexa-K320", 320}, {"k42x", "Vexa-K420", 420},
+    {"k46x", "Vexa-K460", 460}, {"k52x", "Vexa-K520", 520}, {"k53x", "Vexa-K530", 530},
+    {"k56x", "Vexa-K560", 560}, {"k58x", "Vexa-K580", 580},
 };
 
 // Cores that stop at OpenGL ES 3.1, also when their driver reports 3.2.

@@ -18,7 +18,7 @@ enum class Shader_type : unsigned char;
 struct Core_name {
     char short_name[sizeof "k00x"];
     char display_name[sizeof "Vexa-K000"];
-    std::uint32_t number; // by which it is ordered
+    std::uint32_t number; // as the display name gives it
 
     constexpr std::string_view shown() const { return {display_name, sizeof display_name - 1}; }
 };

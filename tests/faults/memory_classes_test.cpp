@@ -113,16 +113,19 @@ TEST_F(MemoryRunsOutInClasses, CompilersThatAreCompared) {
     std::optional<Compiler> compiler;
     std::string name;
     bool before = false;
-    std::uint32_t numbers[5] = {};
+    bool matches = false;
+    std::uint32_t numbers[6] = {};
     scenario.act = [&] {
         compiler.emplace(arguments.make());
         before = Compiler::before(*compiler, *compiler);
         name = Compiler::get_core_display_name("k46x of a name that is long");
         Compiler::parse_core_name("Vexa-K460", &numbers[0]);
         Compiler::parse_core_revision("r1p2_ 3rel4", &numbers[1]);
+        numbers[5] = Compiler::get_actual_highest_api_version("Vexa-K300", "openglessl", {320});
+        matches = compiler->matches("", nullptr, nullptr, nullptr, nullptr, 0);
     };
     scenario.result = [&] {
-        std::string result = name + (before ? ", before" : "");
+        std::string result = name + (before ? ", before" : "") + (matches ? ", matches" : "");
         for (const std::uint32_t number : numbers)
             result += " " + std::to_string(number);
         return result;
@@ -131,7 +134,7 @@ TEST_F(MemoryRunsOutInClasses, CompilersThatAreCompared) {
         compiler.reset();
         std::string().swap(name); // assigning would keep the block
     };
-    run_out_of_memory({"k46x of a name that is long, before 460 1 2 3 4", "", ""});
+    run_out_of_memory({"k46x of a name that is long, before 460 1 2 3 4 310", "", ""});
 }
 
 TEST_F(MemoryRunsOutInClasses, ACopyOfATextAndOfNone) {

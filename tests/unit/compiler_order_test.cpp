@@ -65,6 +65,13 @@ TEST(CompilerOrder, HighestCoreFirstThenHighestRevision) {
                         << a.first << " " << a.second << ", " << b.first << " " << b.second;
 }
 
+TEST(CompilerOrder, ShortNamesCountAsTheNamesThatCallersSee) {
+    for (const char* core : {"k30x", "k32x", "k42x", "k46x", "k52x", "k53x", "k56x", "k58x"})
+        EXPECT_EQ(Compiler::order_key(core, "r2p1_05rel3"),
+                  Compiler::order_key(Compiler::get_core_display_name(core), "r2p1_05rel3"))
+            << core;
+}
+
 TEST(CompilerOrder, EqualsComeBeforeEachOther) {
     const Compiler compiler = compiler_of("k46x", "r2p1_05rel3");
     const Compiler same = compiler_of("k46x", "r2p1_05rel3");
