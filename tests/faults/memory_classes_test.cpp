@@ -122,7 +122,7 @@ TEST_F(MemoryRunsOutInClasses, CompilersThatAreCompared) {
         Compiler::parse_core_name("Vexa-K460", &numbers[0]);
         Compiler::parse_core_revision("r1p2_ 3rel4", &numbers[1]);
         numbers[5] = Compiler::get_actual_highest_api_version("Vexa-K300", "openglessl", {320});
-        matches = compiler->matches("", nullptr, nullptr, nullptr, nullptr, 0);
+        matches = compiler->matches(nullptr, "Vexa-K460", nullptr, nullptr, nullptr, 0);
     };
     scenario.result = [&] {
         std::string result = name + (before ? ", before" : "") + (matches ? ", matches" : "");
@@ -134,7 +134,7 @@ TEST_F(MemoryRunsOutInClasses, CompilersThatAreCompared) {
         compiler.reset();
         std::string().swap(name); // assigning would keep the block
     };
-    run_out_of_memory({"k46x of a name that is long, before 460 1 2 3 4 310", "", ""});
+    run_out_of_memory({"k46x of a name that is long, before, matches 460 1 2 3 4 310", "", ""});
 }
 
 TEST_F(MemoryRunsOutInClasses, ACopyOfATextAndOfNone) {
